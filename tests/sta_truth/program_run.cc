@@ -1,0 +1,72 @@
+#include "program_run.hh"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace chronel::truth {
+
+std::string ProgramResult::describe() const {
+  if (!started) return "could not be started";
+  if (signal != 0) return "killed by signal " + std::to_string(signal);
+  return "exit status " + std::to_string(exit_status);
+}
+
+ProgramResult run_program(const std::string& program, const std::vector<std::string>& args,
+                          const std::string& cwd) {
+  ProgramResult result;
+  int fds[2];
+  if (pipe(fds) != 0) {
+    result.output = std::string("pipe: ") + std::strerror(errno);
+    return result;
+  }
+  std::vector<char*> argv;
+  argv.push_back(const_cast<char*>(program.c_str()));
+  for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
+  argv.push_back(nullptr);
+
+  pid_t pid = fork();
+  if (pid == 0) {
+    int null_in = open("/dev/null", O_RDONLY);
+    if (null_in >= 0) dup2(null_in, 0);
+    dup2(fds[1], 1);
+    dup2(fds[1], 2);
+    close(fds[0]);
+    close(fds[1]);
+    if (!cwd.empty() && chdir(cwd.c_str()) != 0) _exit(126);
+    execv(program.c_str(), argv.data());
+    _exit(127);
+  }
+  close(fds[1]);
+  if (pid < 0) {
+    close(fds[0]);
+    result.output = std::string("fork: ") + std::strerror(errno);
+    return result;
+  }
+  char buffer[65536];
+  for (;;) {
+    ssize_t n = read(fds[0], buffer, sizeof buffer);
+    if (n > 0) {
+      result.output.append(buffer, static_cast<size_t>(n));
+    } else if (n == 0 || errno != EINTR) {
+      break;
+    }
+  }
+  close(fds[0]);
+  int status = 0;
+  while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+  }
+  if (WIFEXITED(status)) {
+    result.exit_status = WEXITSTATUS(status);
+    // 127 from the child itself means execv failed.
+    result.started = result.exit_status != 127 || !result.output.empty();
+  } else if (WIFSIGNALED(status)) {
+    result.started = true;
+    result.signal = WTERMSIG(status);
+  }
+  return result;
+}
+
+}  // namespace chronel::truth
