@@ -1,0 +1,163 @@
+#include "lum_ipc_object.hh"
+
+#include <tcl.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "lum_msg_display.hh"
+#include "platform/atcl.hh"
+#include "platform/cfg.hh"
+#include "platform/msg.hh"
+
+namespace {
+
+const char* const MODULE = "lum_console_ctrl";
+
+bool starts_with(const std::string& line, const char* prefix, size_t length) {
+  return line.size() >= length && line.compare(0, length, prefix, length) == 0;
+}
+
+bool starts_with(const std::string& line, const std::string& prefix) {
+  return starts_with(line, prefix.data(), prefix.size());
+}
+
+std::string target_prefix(const char* command, MSG_REPORT* target) {
+  char number[32];
+  snprintf(number, sizeof number, " %ld ", target ? target->get_target_id() : 0L);
+  return std::string(command) + number;
+}
+
+}  // namespace
+
+THR_EVENT& LUM_IPC_OBJECT::get_startup_event() {
+  static THR_EVENT startup;
+  return startup;
+}
+
+LUM_IPC_OBJECT::LUM_IPC_OBJECT() {
+  m_post_prefix = std::string(msg_tcl_post_cmd()) + " 0 ";
+  m_ie_prefix = std::string(msg_tcl_ie_cmd()) + " 0 ";
+}
+
+LUM_IPC_OBJECT::~LUM_IPC_OBJECT() = default;
+
+void LUM_IPC_OBJECT::set_msg_target(MSG_REPORT* report) { m_msg_target.store(report); }
+
+void LUM_IPC_OBJECT::mark_ended() {
+  m_ended.store(true);
+  // Whoever waits (a hidden command, the start-up) must not wait for a prompt
+  // that will never come.
+  m_hidden_done.post();
+  m_idle.post();
+}
+
+void LUM_IPC_OBJECT::forward_buffer() {
+  atcl_post(m_line_buffer.c_str(), 0, nullptr);
+  m_line_buffer.clear();
+}
+
+void LUM_IPC_OBJECT::process_line(const std::string& line) {
+  if (m_hidden_mode.load()) {
+    if (starts_with(line, "echo_stdout ", 12)) {
+      // The encoder puts one extra character after the prefix; it is dropped here.
+      if (m_hidden_result) m_hidden_result->push_back(line.size() > 13 ? line.substr(13) : std::string());
+    } else if (starts_with(line, "tcl> ", 5)) {
+      m_hidden_done.post();
+    } else if (starts_with(line, m_ie_prefix)) {
+      if (m_hidden_result) {
+        m_hidden_result->clear();
+        m_hidden_result->push_back("Chronel Internal Error");
+        m_hidden_result->push_back(line.substr(m_ie_prefix.size()));
+      }
+      m_hidden_done.post();
+    }
+    return;
+  }
+
+  bool first_line = m_line_buffer.empty();
+  if (first_line)
+    m_forward = false;
+  else
+    m_line_buffer += '\n';
+  m_line_buffer += line;
+
+  MSG_REPORT* target = m_msg_target.load();
+  if (first_line && target != nullptr) {
+    if (starts_with(line, m_post_prefix)) {
+      m_line_buffer = target_prefix(msg_tcl_post_cmd(), target) + line.substr(m_post_prefix.size());
+      m_forward = true;
+    } else if (starts_with(line, m_ie_prefix)) {
+      m_line_buffer = target_prefix(msg_tcl_ie_cmd(), target) + line.substr(m_ie_prefix.size());
+      m_forward = true;
+      m_idle.post();
+      if (m_display) m_display->get_internal_error_seen_event().post();
+    } else if (starts_with(line, "tcl> ", 5)) {
+      m_line_buffer = "lum_tcl_prompt";
+      m_forward = true;
+      if (m_first_prompt.load()) {
+        if (!cfg_is_on("lum_dont_wait_for_sta_to_startup")) get_startup_event().post();
+        m_first_prompt.store(false);
+      }
+      m_idle.post();
+    } else if (starts_with(line, "> ", 2)) {
+      m_line_buffer = "lum_tcl_cont_prompt";
+      m_forward = true;
+      m_idle.post();
+    } else if (starts_with(line, "echo_stdout ", 12)) {
+      m_line_buffer = "lum_echo_stdout ";
+      m_line_buffer.append(line, 12, std::string::npos);
+      m_forward = true;
+    } else if (starts_with(line, "report_status ", 14)) {
+      m_line_buffer = "lum_report_status ";
+      m_line_buffer.append(line, 14, std::string::npos);
+      m_line_buffer += '%';
+      m_forward = true;
+    } else if (starts_with(line, "lum_", 4)) {
+      m_forward = true;
+    } else {
+      msg_debug("Warning: LUM ignoring line from %s: %s", "vexa_sta", line.c_str());
+      m_line_buffer.clear();
+    }
+  }
+
+  if (m_forward && !m_line_buffer.empty() && Tcl_CommandComplete(m_line_buffer.c_str())) forward_buffer();
+
+  if (m_line_buffer.size() > LUM_LINE_BUFFER_LIMIT) {
+    m_line_buffer.clear();
+    m_line_buffer.shrink_to_fit();
+    msg_debug("Warning: LUM line buffer exceeded 100MB and will now reset");
+  }
+}
+
+int LUM_IPC_OBJECT::write_to_stdin(const char* text, size_t length) {
+  m_idle.reset();
+  return IPC_COMMAND::write_to_stdin(text, length);
+}
+
+bool LUM_IPC_OBJECT::write_to_stdin_hidden(const char* text, std::vector<std::string>* result) {
+  m_hidden_result = result;
+  m_hidden_done.reset();
+  m_hidden_mode.store(true);
+  bool ok = !m_ended.load();
+  if (ok) {
+    m_idle.reset();
+    ok = IPC_COMMAND::write_to_stdin(text, strlen(text)) >= 0;
+  }
+  // mark_ended() posts the event after setting the flag, so an engine that
+  // ends at any moment from here on wakes this wait.
+  if (ok && !m_ended.load()) m_hidden_done.wait(-1);
+  m_hidden_mode.store(false);
+  m_hidden_result = nullptr;
+  m_hidden_done.reset();
+  return ok;
+}
+
+unsigned lum_read_thread_proc(void* param) {
+  auto* thread_param = static_cast<LUM_READ_THREAD_PARAM*>(param);
+  if (!MSG_ASSERT(thread_param != NULL, MODULE)) return 0;
+  if (!MSG_ASSERT(thread_param->m_ipc_object != NULL, MODULE)) return 0;
+  thread_param->m_ipc_object->run(thread_param->m_command_line.c_str(), "", "");
+  thread_param->m_ipc_object->mark_ended();
+  return 0;
+}
