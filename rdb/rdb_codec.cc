@@ -1,0 +1,194 @@
+#include "rdb/rdb_codec.hh"
+
+#include <charconv>
+#include <cstring>
+
+namespace rdb_internal {
+
+const char* const RDB_SCHEMA_SQL = R"sql(
+CREATE TABLE rdb_meta(
+  key TEXT PRIMARY KEY,
+  value TEXT NOT NULL);
+CREATE TABLE rdb_panel(
+  panel_id INTEGER PRIMARY KEY AUTOINCREMENT,
+  name TEXT NOT NULL UNIQUE,
+  position INTEGER NOT NULL,
+  enabled INTEGER NOT NULL DEFAULT 1,
+  command TEXT NOT NULL DEFAULT '');
+CREATE TABLE rdb_object(
+  object_id INTEGER PRIMARY KEY AUTOINCREMENT,
+  panel_id INTEGER NOT NULL,
+  parent_id INTEGER,
+  position INTEGER NOT NULL,
+  kind INTEGER NOT NULL,
+  name TEXT NOT NULL,
+  enabled INTEGER NOT NULL DEFAULT 1,
+  properties TEXT NOT NULL DEFAULT '');
+CREATE INDEX rdb_object_by_panel ON rdb_object(panel_id);
+CREATE TABLE rdb_text(
+  object_id INTEGER PRIMARY KEY,
+  body TEXT NOT NULL);
+CREATE TABLE rdb_column(
+  object_id INTEGER NOT NULL,
+  col INTEGER NOT NULL,
+  title TEXT NOT NULL,
+  PRIMARY KEY(object_id, col)) WITHOUT ROWID;
+CREATE TABLE rdb_command(
+  object_id INTEGER NOT NULL,
+  cmd INTEGER NOT NULL,
+  gui_name TEXT NOT NULL,
+  template TEXT NOT NULL,
+  PRIMARY KEY(object_id, cmd)) WITHOUT ROWID;
+CREATE TABLE rdb_row_page(
+  page_key INTEGER PRIMARY KEY,
+  rows BLOB NOT NULL);
+)sql";
+
+void put_varint(std::string& out, uint64_t value) {
+  while (value >= 0x80) {
+    out.push_back(static_cast<char>((value & 0x7f) | 0x80));
+    value >>= 7;
+  }
+  out.push_back(static_cast<char>(value));
+}
+
+static void put_u32(std::string& out, uint32_t value) {
+  char bytes[4] = {static_cast<char>(value), static_cast<char>(value >> 8),
+                   static_cast<char>(value >> 16), static_cast<char>(value >> 24)};
+  out.append(bytes, 4);
+}
+
+namespace {
+struct READER {
+  const unsigned char* p;
+  const unsigned char* end;
+  bool ok = true;
+
+  uint64_t varint() {
+    uint64_t value = 0;
+    for (int shift = 0; shift < 64; shift += 7) {
+      if (p >= end) {
+        ok = false;
+        return 0;
+      }
+      unsigned char byte = *p++;
+      value |= static_cast<uint64_t>(byte & 0x7f) << shift;
+      if (!(byte & 0x80))
+        return value;
+    }
+    ok = false;
+    return 0;
+  }
+  uint32_t u32() {
+    if (end - p < 4) {
+      ok = false;
+      return 0;
+    }
+    uint32_t value = p[0] | (p[1] << 8) | (p[2] << 16) | (static_cast<uint32_t>(p[3]) << 24);
+    p += 4;
+    return value;
+  }
+};
+}  // namespace
+
+void encode_row(std::string& out, const std::string_view* cells, size_t cell_count,
+                size_t columns, const RDB_CELL_COLOR* colors, size_t color_count) {
+  for (size_t c = 0; c < columns; ++c) {
+    if (c < cell_count) {
+      put_varint(out, cells[c].size());
+      out.append(cells[c]);
+    } else {
+      out.push_back(0);
+    }
+  }
+  put_varint(out, color_count);
+  for (size_t i = 0; i < color_count; ++i) {
+    put_varint(out, static_cast<uint64_t>(colors[i].column));
+    put_u32(out, colors[i].foreground);
+    put_u32(out, colors[i].background);
+  }
+}
+
+bool decode_page(std::string_view blob, size_t columns, std::vector<RDB_TABLE_ROW>& rows) {
+  READER in{reinterpret_cast<const unsigned char*>(blob.data()),
+            reinterpret_cast<const unsigned char*>(blob.data()) + blob.size()};
+  uint64_t count = in.varint();
+  if (!in.ok || count > blob.size())
+    return false;
+  rows.clear();
+  rows.resize(count);
+  for (auto& row : rows) {
+    row.cells.resize(columns);
+    for (auto& cell : row.cells) {
+      uint64_t size = in.varint();
+      if (!in.ok || size > static_cast<uint64_t>(in.end - in.p))
+        return false;
+      cell.assign(reinterpret_cast<const char*>(in.p), size);
+      in.p += size;
+    }
+    uint64_t colored = in.varint();
+    if (!in.ok || colored > columns)
+      return false;
+    row.colors.resize(colored);
+    for (auto& color : row.colors) {
+      color.column = static_cast<int>(in.varint());
+      color.foreground = in.u32();
+      color.background = in.u32();
+    }
+    if (!in.ok)
+      return false;
+  }
+  return in.p == in.end;
+}
+
+std::string encode_properties(const std::map<std::string, std::string>& properties) {
+  std::string out;
+  for (const auto& [key, value] : properties) {
+    out += key;
+    out += '=';
+    for (char ch : value) {
+      if (ch == '\\')
+        out += "\\\\";
+      else if (ch == '\n')
+        out += "\\n";
+      else
+        out += ch;
+    }
+    out += '\n';
+  }
+  return out;
+}
+
+std::map<std::string, std::string> decode_properties(std::string_view text) {
+  std::map<std::string, std::string> properties;
+  size_t pos = 0;
+  while (pos < text.size()) {
+    size_t eol = text.find('\n', pos);
+    if (eol == std::string_view::npos)
+      eol = text.size();
+    std::string_view line = text.substr(pos, eol - pos);
+    pos = eol + 1;
+    size_t eq = line.find('=');
+    if (eq == std::string_view::npos)
+      continue;
+    std::string value;
+    for (size_t i = eq + 1; i < line.size(); ++i) {
+      if (line[i] == '\\' && i + 1 < line.size()) {
+        ++i;
+        value += line[i] == 'n' ? '\n' : line[i];
+      } else {
+        value += line[i];
+      }
+    }
+    properties.emplace(std::string(line.substr(0, eq)), std::move(value));
+  }
+  return properties;
+}
+
+std::string format_double(double value) {
+  char buffer[64];
+  auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+  return std::string(buffer, result.ptr);
+}
+
+}  // namespace rdb_internal

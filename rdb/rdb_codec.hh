@@ -1,0 +1,50 @@
+// The stored form of a report database, private to the library: the schema,
+// its version, and the packing of table rows into pages and of object
+// properties into text. docs/report-database.md describes the same in prose.
+#pragma once
+
+#include "rdb/rdb_types.hh"
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace rdb_internal {
+
+// PRAGMA application_id of every report database ("CRDB").
+constexpr int32_t RDB_APPLICATION_ID = 0x43524442;
+// PRAGMA user_version: the schema version this library writes and the
+// highest it reads.
+constexpr int RDB_SCHEMA_VERSION = 1;
+// Rows per stored page unless the writer is told otherwise.
+constexpr int RDB_DEFAULT_PAGE_ROWS = 256;
+
+extern const char* const RDB_SCHEMA_SQL;
+
+// Row pages live in one rowid table; the rowid packs the table object's id
+// and the page number, so a page is one b-tree lookup and a table's pages are
+// one contiguous range.
+inline int64_t page_key(int64_t object_id, int64_t page) { return (object_id << 32) | page; }
+
+// Appends one row: per column a varint length and the bytes, then a varint
+// count of coloured cells and per coloured cell a varint column and the
+// foreground and background as 4-byte little-endian values. Missing cells
+// are written empty.
+void encode_row(std::string& out, const std::string_view* cells, size_t cell_count,
+                size_t columns, const RDB_CELL_COLOR* colors, size_t color_count);
+// Decodes a page blob (a varint row count, then the rows). False when the
+// blob is malformed.
+bool decode_page(std::string_view blob, size_t columns, std::vector<RDB_TABLE_ROW>& rows);
+void put_varint(std::string& out, uint64_t value);
+
+// Object properties are stored as "key=value" lines; "\" and newlines in
+// values are escaped as "\\" and "\n".
+std::string encode_properties(const std::map<std::string, std::string>& properties);
+std::map<std::string, std::string> decode_properties(std::string_view text);
+
+// Shortest text that reads back as the same double.
+std::string format_double(double value);
+
+}  // namespace rdb_internal
