@@ -1,0 +1,334 @@
+#include "Engine.hh"
+
+#include "TclCommand.hh"
+#include "protocol/Encoder.hh"
+#include "protocol/EngineReport.hh"
+#include "reports/report_commands.hh"
+
+#include "Machine.hh"
+#include "Network.hh"
+#include "Sta.hh"
+#include "StaMain.hh"
+
+#include <tcl.h>
+
+#include <algorithm>
+#include <cstdio>
+
+extern "C" int Sta_Init(Tcl_Interp *interp);
+
+namespace sta {
+extern const char *tcl_inits[];
+}
+
+namespace vexa {
+
+namespace {
+
+// OpenSTA makes its report in a virtual factory; this one is ours.
+class EngineSta : public sta::Sta
+{
+public:
+  explicit EngineSta(Engine &engine) : m_engine(engine) {}
+
+protected:
+  void makeReport() override { report_ = new EngineReport(m_engine); }
+
+private:
+  Engine &m_engine;
+};
+
+Tcl_Obj *sub_message_obj(const SubMessage &sub)
+{
+  Tcl_Obj *subs = Tcl_NewListObj(0, nullptr);
+  for (const SubMessage &s : sub.subs)
+    Tcl_ListObjAppendElement(nullptr, subs, sub_message_obj(s));
+  Tcl_Obj *items[4] = {
+    Tcl_NewStringObj(message_kind_name(sub.kind), -1),
+    Tcl_NewStringObj(sub.id.c_str(), static_cast<int>(sub.id.size())),
+    Tcl_NewStringObj(sub.text.c_str(), static_cast<int>(sub.text.size())),
+    subs,
+  };
+  return Tcl_NewListObj(4, items);
+}
+
+void print_plain_message(OutputSink &sink, MessageKind kind, std::string_view text,
+                         const std::vector<SubMessage> &subs, int depth)
+{
+  static const char *labels[] = {"Info", "Info", "Warning", "Critical Warning", "Error"};
+  std::string line(static_cast<size_t>(depth) * 4, ' ');
+  line += labels[static_cast<int>(kind)];
+  line += ": ";
+  line.append(text);
+  line += "\n";
+  if (kind == MessageKind::info || kind == MessageKind::extra_info)
+    sink.write_text(line);
+  else
+    sink.write_error_text(line);
+  for (const SubMessage &s : subs)
+    print_plain_message(sink, s.kind, s.text, s.subs, depth + 1);
+}
+
+} // namespace
+
+const char *message_kind_name(MessageKind kind)
+{
+  switch (kind) {
+  case MessageKind::info: return "info";
+  case MessageKind::extra_info: return "extra_info";
+  case MessageKind::warning: return "warning";
+  case MessageKind::critical_warning: return "critical_warning";
+  case MessageKind::error: return "error";
+  }
+  return "error";
+}
+
+Engine::Engine(OutputMode mode, std::string misc_dir)
+  : m_sink(mode), m_misc_dir(std::move(misc_dir))
+{
+}
+
+Engine::~Engine()
+{
+  if (m_async)
+    Tcl_AsyncDelete(m_async);
+  // The OpenSTA instance and the interpreter are left to process exit:
+  // tearing OpenSTA down is slow and buys nothing at the end of a run.
+}
+
+bool Engine::start(std::string &error)
+{
+  m_interp = Tcl_CreateInterp();
+  if (Tcl_Init(m_interp) != TCL_OK) {
+    // Without init.tcl a few library procedures are missing; the engine
+    // still works, so this is a warning only.
+    post(MessageKind::warning, "VSTA-1001",
+         std::string("Tcl library initialisation failed: ") + Tcl_GetStringResult(m_interp));
+  }
+  sta::initSta();
+  m_sta = new EngineSta(*this);
+  sta::Sta::setSta(m_sta);
+  m_sta->makeComponents();
+  m_sta->setTclInterp(m_interp);
+  Sta_Init(m_interp);
+  sta::evalTclInit(m_interp, sta::tcl_inits);
+  if (eval("sta::define_sta_cmds") != TCL_OK || eval("namespace import sta::*") != TCL_OK) {
+    error = std::string("OpenSTA initialisation failed: ") + Tcl_GetStringResult(m_interp);
+    return false;
+  }
+  std::string family_error;
+  if (!m_families.load(m_misc_dir + "/device_families.txt", family_error))
+    post(MessageKind::critical_warning, "VSTA-1002",
+         "Device-family data not loaded: " + family_error);
+  m_async = Tcl_AsyncCreate(async_interrupt, this);
+
+  register_shell_commands(*this);
+  register_project_commands(*this);
+  register_netlist_commands(*this);
+  register_sdc_commands(*this);
+  register_collection_commands(*this);
+  register_report_commands(*this);
+  Tcl_ResetResult(m_interp);
+  return true;
+}
+
+sta::Network *Engine::network() const
+{
+  return m_sta ? m_sta->network() : nullptr;
+}
+
+std::string Engine::project_dir() const
+{
+  return m_project ? m_project->directory() : std::string();
+}
+
+std::string Engine::revision() const
+{
+  return m_project ? m_project->revision : std::string();
+}
+
+void Engine::set_project(OpenProject project)
+{
+  m_project = std::move(project);
+  m_state.project_is_open = true;
+  callback("lum_open_project -vpf " + quote_word(m_project->project.path) + " -revision "
+           + quote_word(m_project->revision));
+  send_state("project_is_open", true);
+}
+
+void Engine::close_project()
+{
+  if (!m_project)
+    return;
+  if (m_state.netlist_is_created)
+    eval("delete_timing_netlist");
+  m_project.reset();
+  m_state = EngineState();
+  send_state("project_is_open", false);
+}
+
+void Engine::send_state(const char *flag, bool value)
+{
+  callback(std::string("lum_set_state -") + flag + (value ? " 1" : " 0"));
+}
+
+void Engine::set_netlist_created(bool created)
+{
+  m_state.netlist_is_created = created;
+  send_state("netlist_is_created", created);
+}
+
+void Engine::set_sdc_loaded(bool loaded)
+{
+  m_state.sdc_file_is_loaded = loaded;
+  send_state("sdc_file_is_loaded", loaded);
+}
+
+void Engine::set_up_to_date(bool up_to_date)
+{
+  m_state.netlist_is_up_to_date = up_to_date;
+  send_state("netlist_is_up_to_date", up_to_date);
+}
+
+void Engine::mark_stale()
+{
+  m_reports_stale = true;
+  set_up_to_date(false);
+}
+
+void Engine::set_time_unit(const std::string &unit)
+{
+  m_time_unit = unit;
+  callback("lum_set_time_unit " + callback_word(unit));
+}
+
+bool Engine::require_project(const char *command)
+{
+  if (m_project)
+    return true;
+  tcl_error(std::string(command) + ": no project is open (use project_open first)");
+  return false;
+}
+
+bool Engine::require_netlist(const char *command)
+{
+  if (!require_project(command))
+    return false;
+  if (m_state.netlist_is_created)
+    return true;
+  tcl_error(std::string(command) + ": no timing netlist exists (use create_timing_netlist first)");
+  return false;
+}
+
+int Engine::ensure_up_to_date()
+{
+  if (!m_state.netlist_is_created || m_state.netlist_is_up_to_date)
+    return TCL_OK;
+  return eval("update_timing_netlist");
+}
+
+void Engine::sync_clocks()
+{
+  std::vector<std::string> current;
+  if (m_state.netlist_is_created
+      && eval("lmap ::vexa::c [all_clocks] {get_name $::vexa::c}") == TCL_OK) {
+    Tcl_Obj *list = Tcl_GetObjResult(m_interp);
+    int n = 0;
+    Tcl_Obj **items = nullptr;
+    if (Tcl_ListObjGetElements(nullptr, list, &n, &items) == TCL_OK)
+      for (int i = 0; i < n; ++i)
+        current.emplace_back(Tcl_GetString(items[i]));
+  }
+  Tcl_ResetResult(m_interp);
+  for (const std::string &old : m_known_clocks)
+    if (std::find(current.begin(), current.end(), old) == current.end())
+      callback("lum_register_clock -name " + quote_word(old) + " -remove");
+  for (const std::string &now : current)
+    if (std::find(m_known_clocks.begin(), m_known_clocks.end(), now) == m_known_clocks.end())
+      callback("lum_register_clock -name " + quote_word(now));
+  m_known_clocks = std::move(current);
+}
+
+void Engine::forget_clocks()
+{
+  for (const std::string &old : m_known_clocks)
+    callback("lum_register_clock -name " + quote_word(old) + " -remove");
+  m_known_clocks.clear();
+}
+
+void Engine::callback(std::string_view line)
+{
+  m_sink.write_protocol_line(line);
+}
+
+void Engine::post(MessageKind kind, std::string_view id, std::string_view text,
+                  const std::vector<SubMessage> &subs)
+{
+  if (m_sink.mode() == OutputMode::plain) {
+    print_plain_message(m_sink, kind, text, subs, 0);
+    return;
+  }
+  std::string subs_text;
+  if (!subs.empty()) {
+    Tcl_Obj *list = Tcl_NewListObj(0, nullptr);
+    Tcl_IncrRefCount(list);
+    for (const SubMessage &s : subs)
+      Tcl_ListObjAppendElement(nullptr, list, sub_message_obj(s));
+    subs_text = Tcl_GetString(list);
+    Tcl_DecrRefCount(list);
+  }
+  std::string line = "msg_post 0 ";
+  line += message_kind_name(kind);
+  line += " ";
+  line += is_plain_token(id) ? std::string(id) : quote_word(id);
+  line += " " + quote_word(text) + " " + quote_word(subs_text);
+  m_sink.write_protocol_line(line);
+}
+
+void Engine::internal_error(std::string_view text)
+{
+  if (m_sink.mode() == OutputMode::plain) {
+    m_sink.write_error_text("Internal Error: " + std::string(text) + "\n");
+    return;
+  }
+  m_sink.write_protocol_line("msg_internal_error 0 " + quote_word(text));
+}
+
+void Engine::progress(int percent)
+{
+  percent = std::clamp(percent, 0, 100);
+  if (m_sink.mode() == OutputMode::protocol)
+    m_sink.write_protocol_line("report_status " + std::to_string(percent));
+}
+
+int Engine::tcl_error(std::string_view msg)
+{
+  Tcl_SetObjResult(m_interp, Tcl_NewStringObj(msg.data(), static_cast<int>(msg.size())));
+  return TCL_ERROR;
+}
+
+int Engine::eval(std::string_view script)
+{
+  return Tcl_EvalEx(m_interp, script.data(), static_cast<int>(script.size()), TCL_EVAL_GLOBAL);
+}
+
+void Engine::request_interrupt()
+{
+  if (m_async && m_command_running)
+    Tcl_AsyncMark(m_async);
+}
+
+int Engine::async_interrupt(void *client_data, Tcl_Interp *, int code)
+{
+  auto *engine = static_cast<Engine *>(client_data);
+  if (engine->m_command_running) {
+    // Cancelling with unwinding cannot be caught by the script, so a loop
+    // of the form "while 1 {catch {...}}" stops as well.
+    Tcl_CancelEval(engine->m_interp,
+                   Tcl_NewStringObj("interrupted by the user (SIGINT)", -1), nullptr,
+                   TCL_CANCEL_UNWIND);
+  }
+  return code;
+}
+
+} // namespace vexa

@@ -1,0 +1,27 @@
+// Registration of the engine's C++ Tcl commands.
+//
+// Every command function receives the Engine. The one trampoline here turns
+// C++ exceptions (OpenSTA throws sta::Exception, a std::exception) into
+// TCL_ERROR with the exception's text, so no command can take the engine
+// down; an exception of unknown type is reported as an internal error.
+#pragma once
+
+#include <tcl.h>
+
+namespace vexa {
+
+class Engine;
+
+using CommandFunction = int (*)(Engine &engine, Tcl_Interp *interp, int objc,
+                                Tcl_Obj *const objv[]);
+
+void add_command(Engine &engine, const char *name, CommandFunction function);
+
+// Each command module registers its commands with one of these.
+void register_shell_commands(Engine &engine);
+void register_project_commands(Engine &engine);
+void register_netlist_commands(Engine &engine);
+void register_sdc_commands(Engine &engine);
+void register_collection_commands(Engine &engine);
+
+} // namespace vexa

@@ -1,0 +1,76 @@
+// vexa_sta: the Chronel Timing Analyzer's analysis engine.
+//
+//   vexa_sta [project.vpf]           interactive shell ("tcl> " prompt)
+//   vexa_sta -t script.tcl [args]    run a script, exit with its status
+//   vexa_sta --ipc_sh                line protocol to the front end
+//
+// The directory of device_families.txt is taken from CHRONEL_MISC_DIR when
+// set, else from the build's source tree.
+#include "Engine.hh"
+#include "shell/Shell.hh"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+void usage()
+{
+  std::fprintf(stderr,
+               "usage: vexa_sta [project.vpf]\n"
+               "       vexa_sta -t script.tcl [args...]\n"
+               "       vexa_sta --ipc_sh\n");
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+  bool protocol = false;
+  std::string script;
+  std::string project;
+  std::vector<std::string> script_args;
+  for (int i = 1; i < argc; ++i) {
+    if (!script.empty()) {
+      script_args.emplace_back(argv[i]);
+    } else if (std::strcmp(argv[i], "--ipc_sh") == 0 || std::strcmp(argv[i], "-ipc_sh") == 0) {
+      protocol = true;
+    } else if (std::strcmp(argv[i], "-t") == 0) {
+      if (i + 1 >= argc) {
+        usage();
+        return 2;
+      }
+      script = argv[++i];
+    } else if (std::strcmp(argv[i], "-h") == 0 || std::strcmp(argv[i], "--help") == 0) {
+      usage();
+      return 0;
+    } else if (argv[i][0] != '-' && project.empty()) {
+      project = argv[i];
+    } else {
+      usage();
+      return 2;
+    }
+  }
+  const char *misc = std::getenv("CHRONEL_MISC_DIR");
+  vexa::Engine engine(protocol ? vexa::OutputMode::protocol : vexa::OutputMode::plain,
+                      misc && *misc ? misc : CHRONEL_MISC_DIR_DEFAULT);
+  std::string error;
+  if (!engine.start(error)) {
+    engine.post(vexa::MessageKind::error, "VSTA-1000", error);
+    return 1;
+  }
+  vexa::install_interrupt_handler(engine);
+  int status = 0;
+  if (protocol)
+    status = vexa::run_protocol_shell(engine);
+  else if (!script.empty())
+    status = vexa::run_batch(engine, script, script_args);
+  else
+    status = vexa::run_interactive_shell(engine, project);
+  std::fflush(stdout);
+  std::fflush(stderr);
+  std::_Exit(status);
+}

@@ -1,0 +1,664 @@
+#include "reports/PathFinder.hh"
+
+#include "reports/NodeNames.hh"
+
+#include "Machine.hh"
+#include "Clock.hh"
+#include "TimingArc.hh"
+#include "SdcClass.hh"
+#include "ClkInfo.hh"
+#include "Corner.hh"
+#include "ExceptionPath.hh"
+#include "MinMax.hh"
+#include "Network.hh"
+#include "PathEnd.hh"
+#include "PathExpanded.hh"
+#include "PathRef.hh"
+#include "PathVertex.hh"
+#include "Sdc.hh"
+#include "Search.hh"
+#include "Sta.hh"
+#include "TimingArc.hh"
+#include "TimingRole.hh"
+#include "Transition.hh"
+#include "Units.hh"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <memory>
+
+namespace vexa {
+
+const char *analysis_name(Analysis analysis)
+{
+  switch (analysis) {
+  case Analysis::setup: return "setup";
+  case Analysis::hold: return "hold";
+  case Analysis::recovery: return "recovery";
+  case Analysis::removal: return "removal";
+  }
+  return "setup";
+}
+
+const char *analysis_title(Analysis analysis)
+{
+  switch (analysis) {
+  case Analysis::setup: return "Setup";
+  case Analysis::hold: return "Hold";
+  case Analysis::recovery: return "Recovery";
+  case Analysis::removal: return "Removal";
+  }
+  return "Setup";
+}
+
+bool analysis_is_max(Analysis analysis)
+{
+  return analysis == Analysis::setup || analysis == Analysis::recovery;
+}
+
+TimeUnit::TimeUnit(const sta::Sta *sta)
+{
+  const sta::Unit *unit = sta->units()->timeUnit();
+  double scale = unit->scale();
+  if (scale > 0)
+    m_scale = scale;
+  static const struct { double scale; const char *name; } names[] = {
+    {1.0, "s"}, {1e-3, "ms"}, {1e-6, "us"}, {1e-9, "ns"}, {1e-12, "ps"}, {1e-15, "fs"}};
+  m_name = "";
+  for (const auto &entry : names)
+    if (std::fabs(m_scale / entry.scale - 1.0) < 1e-6)
+      m_name = entry.name;
+  if (m_name.empty())
+    m_name = unit->suffix() ? unit->suffix() : "";
+}
+
+std::string pin_display_name(const sta::Sta *sta, const sta::Pin *pin)
+{
+  if (pin == nullptr)
+    return "";
+  return sta->sdcNetwork()->pathName(pin);
+}
+
+namespace {
+
+// The path-end filter flags of findPathEnds for one analysis.
+struct AnalysisFlags
+{
+  bool setup = false, hold = false, recovery = false, removal = false;
+};
+
+AnalysisFlags flags_for(Analysis analysis)
+{
+  AnalysisFlags flags;
+  switch (analysis) {
+  case Analysis::setup: flags.setup = true; break;
+  case Analysis::hold: flags.hold = true; break;
+  case Analysis::recovery: flags.recovery = true; break;
+  case Analysis::removal: flags.removal = true; break;
+  }
+  return flags;
+}
+
+const sta::MinMaxAll *min_max_for(Analysis analysis)
+{
+  return analysis_is_max(analysis) ? sta::MinMaxAll::max() : sta::MinMaxAll::min();
+}
+
+// Path ends returned by findPathEnds belong to the search; only the
+// sequence is ours.
+struct PathEndList
+{
+  sta::PathEndSeq *ends = nullptr;
+  ~PathEndList() { delete ends; }
+};
+
+sta::PathEndSeq *find_ends(sta::Sta *sta, sta::ExceptionFrom *from, sta::ExceptionThruSeq *thrus,
+                           sta::ExceptionTo *to, Analysis analysis, int group_count,
+                           int endpoint_count, float slack_max)
+{
+  AnalysisFlags flags = flags_for(analysis);
+  return sta->findPathEnds(from, thrus, to, false, nullptr, min_max_for(analysis), group_count,
+                           endpoint_count, false, -sta::INF, slack_max, true, nullptr,
+                           flags.setup, flags.hold, flags.recovery, flags.removal, false, false);
+}
+
+// A group count large enough to return every end point of a group.
+int all_endpoints_count(sta::Sta *sta)
+{
+  sta::Network *network = sta->network();
+  if (network->topInstance() == nullptr)
+    return 1;
+  int count = 1;
+  sta::LeafInstanceIterator *iter = network->leafInstanceIterator();
+  while (iter->hasNext()) {
+    sta::Instance *inst = iter->next();
+    sta::InstancePinIterator *pins = network->pinIterator(inst);
+    while (pins->hasNext()) {
+      pins->next();
+      count++;
+    }
+    delete pins;
+  }
+  delete iter;
+  sta::InstancePinIterator *ports = network->pinIterator(network->topInstance());
+  while (ports->hasNext()) {
+    ports->next();
+    count++;
+  }
+  delete ports;
+  return count;
+}
+
+int fanout_of(const sta::Network *network, const sta::Pin *pin)
+{
+  if (!network->isDriver(pin))
+    return 0;
+  int count = 0;
+  sta::PinConnectedPinIterator *iter = network->connectedPinIterator(pin);
+  while (iter->hasNext()) {
+    sta::Pin *other = iter->next();
+    if (other != pin && network->isLoad(other))
+      count++;
+  }
+  delete iter;
+  return count;
+}
+
+std::string location_of(const sta::Network *network, const sta::Pin *pin)
+{
+  if (network->isTopLevelPort(pin))
+    return "port";
+  const sta::Instance *inst = network->instance(pin);
+  const char *cell = inst ? network->cellName(inst) : nullptr;
+  return cell ? cell : "";
+}
+
+std::string rise_fall_of(const sta::TransRiseFall *tr)
+{
+  if (tr == sta::TransRiseFall::rise())
+    return "R";
+  if (tr == sta::TransRiseFall::fall())
+    return "F";
+  return "";
+}
+
+std::string edge_text(const sta::ClockEdge *edge)
+{
+  if (edge == nullptr)
+    return "";
+  return std::string("clock ") + edge->clock()->name() +
+         (edge->transition() == sta::TransRiseFall::rise() ? " (rise edge)" : " (fall edge)");
+}
+
+// The arc kind of the step that reached a point.
+std::string arc_type(const sta::TimingArc *arc)
+{
+  if (arc == nullptr)
+    return "";
+  const sta::TimingRole *role = arc->role();
+  if (role->isWire())
+    return "IC";
+  if (role == sta::TimingRole::regClkToQ() || role == sta::TimingRole::latchEnToQ())
+    return "uTco";
+  if (role == sta::TimingRole::regSetClr())
+    return "uTco";
+  return "CELL";
+}
+
+// The name of the check row of a required table.
+std::string check_row_text(const sta::PathEnd *end, const sta::StaState *sta)
+{
+  if (end->isOutputDelay())
+    return "output external delay";
+  if (end->isPathDelay())
+    return end->minMax(sta) == sta::MinMax::max() ? "max delay" : "min delay";
+  const sta::TimingRole *role = end->checkRole(sta);
+  if (role == nullptr)
+    return "check";
+  if (role == sta::TimingRole::recovery())
+    return "library recovery time";
+  if (role == sta::TimingRole::removal())
+    return "library removal time";
+  const sta::TimingRole *generic = role->genericRole();
+  if (generic == sta::TimingRole::setup())
+    return "library setup time";
+  if (generic == sta::TimingRole::hold())
+    return "library hold time";
+  return std::string("library ") + role->asString() + " time";
+}
+
+std::string check_name(const sta::PathEnd *end, const sta::StaState *sta)
+{
+  if (end->isOutputDelay())
+    return end->minMax(sta) == sta::MinMax::max() ? "output setup" : "output hold";
+  if (end->isPathDelay())
+    return end->minMax(sta) == sta::MinMax::max() ? "max delay" : "min delay";
+  const sta::TimingRole *role = end->checkRole(sta);
+  return role ? role->asString() : "";
+}
+
+// The point name shown for a register start: its instance, like the
+// "Startpoint:" line of a terminal report; ports keep their own name.
+std::string start_node_name(const sta::Sta *sta, const sta::Pin *pin)
+{
+  sta::Network *network = sta->sdcNetwork();
+  if (pin == nullptr)
+    return "";
+  if (network->isTopLevelPort(pin))
+    return network->pathName(pin);
+  return network->pathName(network->instance(pin));
+}
+
+void add_row(std::vector<PathPointRecord> &rows, double &last_total, double total,
+             PathPointRecord row)
+{
+  row.total = total;
+  row.incr = total - last_total;
+  last_total = total;
+  rows.push_back(std::move(row));
+}
+
+} // namespace
+
+TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis analysis,
+                                  bool with_points)
+{
+  TimeUnit unit(sta);
+  TimingPathRecord record;
+  record.analysis = analysis;
+  record.slack = unit.to_user(end->slack(sta));
+  record.arrival = unit.to_user(end->dataArrivalTimeOffset(sta));
+  record.required = unit.to_user(end->requiredTimeOffset(sta));
+  record.violated = record.slack < 0;
+  record.check = check_name(end, sta);
+
+  sta::PathExpanded expanded(end->path(), sta);
+  const sta::Pin *end_pin = end->path()->pin(sta);
+  record.to_node = pin_display_name(sta, end_pin);
+  sta::PathRef *start = expanded.startPath();
+  record.from_node = start_node_name(sta, start ? start->pin(sta) : nullptr);
+
+  const sta::ClockEdge *src_edge = end->sourceClkEdge(sta);
+  const sta::Clock *tgt_clk = end->targetClk(sta);
+  record.launch_clock = src_edge ? src_edge->clock()->name() : "";
+  record.latch_clock = tgt_clk ? tgt_clk->name() : "";
+
+  const double src_offset = end->sourceClkOffset(sta);
+  const double src_edge_time = (src_edge ? src_edge->time() : 0.0) + src_offset;
+  const sta::ClockEdge *tgt_edge = end->targetClkEdge(sta);
+  const double tgt_edge_time = tgt_edge ? end->targetClkTime(sta) + src_offset : 0.0;
+  if (src_edge && tgt_edge)
+    record.relationship = unit.to_user(tgt_edge_time - src_edge_time);
+  const double src_latency = src_edge ? end->sourceClkLatency(sta) : 0.0;
+  const double tgt_latency = tgt_edge ? end->targetClkDelay(sta) : 0.0;
+  if (src_edge && tgt_edge)
+    record.clock_skew = unit.to_user(tgt_latency - src_latency);
+
+  // Index of the point that launches the data: the register clock pin or
+  // the input port (the last clock-network point before the data path).
+  size_t launch_index = 0;
+  for (size_t i = 0; i < expanded.size(); i++)
+    if (expanded.path(i)->isClock(sta))
+      launch_index = i;
+  const size_t start_index = expanded.startIndex();
+  if (start_index < launch_index)
+    launch_index = start_index;
+  const double launch_arrival = expanded.path(launch_index)->arrival(sta) + src_offset;
+  record.data_delay = unit.to_user(end->dataArrivalTimeOffset(sta) - launch_arrival);
+
+  // Cell and interconnect delay of the data path (after the launch point).
+  for (size_t i = launch_index + 1; i < expanded.size(); i++) {
+    double incr = expanded.path(i)->arrival(sta) - expanded.path(i - 1)->arrival(sta);
+    std::string type = arc_type(expanded.prevArc(i));
+    if (type == "IC")
+      record.ic_delay += unit.to_user(incr);
+    else
+      record.cell_delay += unit.to_user(incr);
+  }
+
+  if (!with_points)
+    return record;
+
+  const sta::Network *net = sta->sdcNetwork();
+  auto point_row = [&](sta::PathRef *path, sta::TimingArc *arc, bool clock_path) {
+    PathPointRecord row;
+    const sta::Pin *pin = path->pin(sta);
+    row.rise_fall = rise_fall_of(path->transition(sta));
+    row.fanout = fanout_of(net, pin);
+    row.type = arc_type(arc);
+    row.element = pin_display_name(sta, pin);
+    row.location = location_of(net, pin);
+    row.is_clock_path = clock_path;
+    return row;
+  };
+
+  // Data arrival: launch edge, clock network, data path.
+  {
+    std::vector<PathPointRecord> &rows = record.arrival_points;
+    double last = 0;
+    bool propagated = false;
+    if (src_edge) {
+      PathPointRecord edge_row;
+      edge_row.element = edge_text(src_edge);
+      edge_row.type = "clock";
+      edge_row.is_clock_path = true;
+      add_row(rows, last, unit.to_user(src_edge_time), edge_row);
+      const sta::ClkInfo *clk_info = expanded.path(launch_index)->clkInfo(sta);
+      propagated = clk_info && clk_info->isPropagated();
+    }
+    size_t first = 0;
+    if (src_edge && !propagated) {
+      // Ideal clocks: one row for the network delay, then the launch point.
+      double launch_total = unit.to_user(launch_arrival);
+      sta::PathRef *launch = expanded.path(launch_index);
+      bool from_port = !launch->isClock(sta);
+      if (from_port) {
+        PathPointRecord latency_row;
+        latency_row.element = "clock network delay (ideal)";
+        latency_row.type = "clock";
+        latency_row.is_clock_path = true;
+        add_row(rows, last, unit.to_user(src_edge_time + src_latency), latency_row);
+        PathPointRecord ext_row;
+        ext_row.element = "input external delay";
+        ext_row.type = "iExt";
+        add_row(rows, last, launch_total, ext_row);
+      } else {
+        PathPointRecord latency_row;
+        latency_row.element = "clock network delay (ideal)";
+        latency_row.type = "clock";
+        latency_row.is_clock_path = true;
+        add_row(rows, last, launch_total, latency_row);
+      }
+      add_row(rows, last, launch_total, point_row(launch, nullptr, !from_port));
+      first = launch_index + 1;
+    } else if (src_edge && !expanded.path(launch_index)->isClock(sta)) {
+      // Propagated clock on an input port: the external delay comes first.
+      PathPointRecord ext_row;
+      ext_row.element = "input external delay";
+      ext_row.type = "iExt";
+      add_row(rows, last, unit.to_user(launch_arrival), ext_row);
+      add_row(rows, last, unit.to_user(launch_arrival),
+              point_row(expanded.path(launch_index), nullptr, false));
+      first = launch_index + 1;
+    }
+    for (size_t i = first; i < expanded.size(); i++) {
+      sta::PathRef *path = expanded.path(i);
+      double total = unit.to_user(path->arrival(sta) + src_offset);
+      bool clock_path = i <= launch_index && path->isClock(sta);
+      add_row(rows, last, total, point_row(path, i == first && first == 0 ? nullptr : expanded.prevArc(i), clock_path));
+    }
+    PathPointRecord arrival_row;
+    arrival_row.element = "data arrival time";
+    add_row(rows, last, record.arrival, arrival_row);
+    // The closing row repeats the last total; its increment is not a delay.
+    rows.back().incr = 0;
+  }
+
+  // Data required: capture edge, capture clock network, check.
+  {
+    std::vector<PathPointRecord> &rows = record.required_points;
+    double last = 0;
+    if (tgt_edge) {
+      PathPointRecord edge_row;
+      edge_row.element = edge_text(tgt_edge);
+      edge_row.type = "clock";
+      edge_row.is_clock_path = true;
+      double edge_total = unit.to_user(tgt_edge_time + end->targetClkMcpAdjustment(sta));
+      add_row(rows, last, edge_total, edge_row);
+      const sta::PathVertex *tgt_path = end->targetClkPath();
+      bool propagated = false;
+      if (tgt_path && !tgt_path->isNull()) {
+        const sta::ClkInfo *clk_info = tgt_path->clkInfo(sta);
+        propagated = clk_info && clk_info->isPropagated();
+      }
+      const double tgt_base = tgt_edge_time + end->targetClkMcpAdjustment(sta);
+      if (tgt_path && !tgt_path->isNull() && propagated) {
+        sta::PathExpanded tgt_expanded(tgt_path, sta);
+        double edge_arrival = tgt_expanded.size() ? tgt_expanded.path(0)->arrival(sta) : 0.0;
+        for (size_t i = 0; i < tgt_expanded.size(); i++) {
+          sta::PathRef *path = tgt_expanded.path(i);
+          double total = unit.to_user(tgt_base + path->arrival(sta) - edge_arrival +
+                                      (i == 0 ? 0.0 : 0.0));
+          add_row(rows, last, total, point_row(path, i ? tgt_expanded.prevArc(i) : nullptr, true));
+        }
+        // The source latency of the clock is included in the first arrival.
+        if (!rows.empty()) {
+          double clk_total = unit.to_user(tgt_base + tgt_latency);
+          double shift = clk_total - rows.back().total;
+          if (std::fabs(shift) > 1e-9) {
+            for (size_t i = 1; i < rows.size(); i++)
+              rows[i].total += shift;
+            rows[1].incr += shift;
+            last = rows.back().total;
+          }
+        }
+      } else {
+        PathPointRecord latency_row;
+        latency_row.element = "clock network delay (ideal)";
+        latency_row.type = "clock";
+        latency_row.is_clock_path = true;
+        add_row(rows, last, unit.to_user(tgt_base + tgt_latency), latency_row);
+        if (tgt_path && !tgt_path->isNull()) {
+          sta::PathRef ref;
+          tgt_path->setRef(ref);
+          add_row(rows, last, last, point_row(&ref, nullptr, true));
+        }
+      }
+      double crpr = end->commonClkPessimism(sta);
+      if (crpr != 0.0) {
+        PathPointRecord crpr_row;
+        crpr_row.element = "clock reconvergence pessimism";
+        crpr_row.type = "clock";
+        double signed_crpr = analysis_is_max(analysis) ? crpr : -crpr;
+        add_row(rows, last, last + unit.to_user(signed_crpr), crpr_row);
+      }
+      double uncertainty = end->targetClkUncertainty(sta);
+      if (uncertainty != 0.0) {
+        PathPointRecord unc_row;
+        unc_row.element = "clock uncertainty";
+        unc_row.type = "clock";
+        // OpenSTA keeps the uncertainty signed for the check's direction.
+        add_row(rows, last, last - unit.to_user(analysis_is_max(analysis) ? uncertainty : -uncertainty), unc_row);
+      }
+    }
+    PathPointRecord check_row;
+    check_row.element = check_row_text(end, sta);
+    check_row.type = analysis_is_max(analysis) ? "uTsu" : "uTh";
+    if (end->isOutputDelay())
+      check_row.type = "oExt";
+    if (!end->isOutputDelay() && !end->isPathDelay()) {
+      const sta::Pin *check_pin = end_pin;
+      check_row.element += "";
+      check_row.location = location_of(net, check_pin);
+    }
+    add_row(rows, last, record.required, check_row);
+    PathPointRecord required_row;
+    required_row.element = "data required time";
+    add_row(rows, last, record.required, required_row);
+    rows.back().incr = 0;
+  }
+  return record;
+}
+
+namespace {
+
+struct ExceptionParts
+{
+  sta::ExceptionFrom *from = nullptr;
+  sta::ExceptionThruSeq *thrus = nullptr;
+  sta::ExceptionTo *to = nullptr;
+};
+
+template <class SET, class T>
+SET *set_of(const std::vector<T *> &items)
+{
+  if (items.empty())
+    return nullptr;
+  SET *set = new SET;
+  for (T *item : items)
+    set->insert(item);
+  return set;
+}
+
+ExceptionParts make_exceptions(sta::Sta *sta, const PathQuery &query)
+{
+  // Resolve every name before building anything, so a bad name leaves no
+  // half-made exception behind.
+  ResolvedNodes from = resolve_nodes(sta, query.from, "-from", false);
+  std::vector<ResolvedNodes> thrus;
+  for (const std::string &thru : query.thru)
+    thrus.push_back(resolve_nodes(sta, {thru}, "-thru", true));
+  ResolvedNodes to = resolve_nodes(sta, query.to, "-to", false);
+  std::vector<sta::Clock *> from_clocks = resolve_clocks(sta, query.from_clocks, "-from_clock");
+  std::vector<sta::Clock *> to_clocks = resolve_clocks(sta, query.to_clocks, "-to_clock");
+
+  ExceptionParts parts;
+  const sta::TransRiseFallBoth *rf = sta::TransRiseFallBoth::riseFall();
+  if (!from.empty() || !from_clocks.empty())
+    parts.from = sta->makeExceptionFrom(set_of<sta::PinSet>(from.pins),
+                                        set_of<sta::ClockSet>(from_clocks),
+                                        set_of<sta::InstanceSet>(from.instances), rf);
+  if (!thrus.empty()) {
+    parts.thrus = new sta::ExceptionThruSeq;
+    for (const ResolvedNodes &thru : thrus)
+      parts.thrus->push_back(sta->makeExceptionThru(set_of<sta::PinSet>(thru.pins),
+                                                    set_of<sta::NetSet>(thru.nets),
+                                                    set_of<sta::InstanceSet>(thru.instances),
+                                                    rf));
+  }
+  if (!to.empty() || !to_clocks.empty())
+    parts.to = sta->makeExceptionTo(set_of<sta::PinSet>(to.pins),
+                                    set_of<sta::ClockSet>(to_clocks),
+                                    set_of<sta::InstanceSet>(to.instances), rf,
+                                    sta::TransRiseFallBoth::riseFall());
+  return parts;
+}
+
+} // namespace
+
+std::vector<TimingPathRecord> find_timing_paths(sta::Sta *sta, const PathQuery &query)
+{
+  if (query.npaths < 1)
+    throw ReportError("The number of paths (-npaths) must be a positive integer.");
+  if (sta->network()->topInstance() == nullptr)
+    throw ReportError("No netlist is loaded.");
+  TimeUnit unit(sta);
+  ExceptionParts parts = make_exceptions(sta, query);
+  float slack_max = query.less_than_slack ? static_cast<float>(unit.to_sta(*query.less_than_slack))
+                                          : sta::INF;
+  PathEndList list;
+  list.ends = find_ends(sta, parts.from, parts.thrus, parts.to, query.analysis, query.npaths, 1,
+                        slack_max);
+  std::vector<TimingPathRecord> records;
+  size_t count = std::min<size_t>(list.ends->size(), static_cast<size_t>(query.npaths));
+  records.reserve(count);
+  for (size_t i = 0; i < count; i++) {
+    sta::PathEnd *end = (*list.ends)[i];
+    // findPathEnds compares less_than_slack inclusively; the option is strict.
+    if (query.less_than_slack && !(end->slack(sta) < slack_max))
+      continue;
+    records.push_back(make_path_record(sta, end, query.analysis, query.with_points));
+  }
+  return records;
+}
+
+namespace {
+
+// Visits the worst path of every checked end point of an analysis.
+template <class VISIT>
+void for_each_endpoint(sta::Sta *sta, Analysis analysis, VISIT visit)
+{
+  if (sta->network()->topInstance() == nullptr)
+    throw ReportError("No netlist is loaded.");
+  PathEndList list;
+  list.ends = find_ends(sta, nullptr, nullptr, nullptr, analysis, all_endpoints_count(sta), 1,
+                        sta::INF);
+  for (sta::PathEnd *end : *list.ends)
+    if (!end->isUnconstrained())
+      visit(end);
+}
+
+} // namespace
+
+std::vector<DomainSummaryRow> domain_summary(sta::Sta *sta, Analysis analysis)
+{
+  TimeUnit unit(sta);
+  std::map<const sta::Clock *, DomainSummaryRow> rows;
+  for_each_endpoint(sta, analysis, [&](sta::PathEnd *end) {
+    const sta::Clock *clock = end->targetClk(sta);
+    if (clock == nullptr)
+      return;
+    auto [it, fresh] = rows.try_emplace(clock);
+    DomainSummaryRow &row = it->second;
+    double slack = unit.to_user(end->slack(sta));
+    if (fresh) {
+      row.clock = clock->name();
+      row.worst_slack = slack;
+    }
+    row.worst_slack = std::min(row.worst_slack, slack);
+    row.endpoints++;
+    if (slack < 0) {
+      row.total_negative_slack += slack;
+      row.failing_endpoints++;
+    }
+  });
+  std::vector<DomainSummaryRow> result;
+  for (sta::Clock *clock : *sta->sdc()->clocks()) {
+    auto it = rows.find(clock);
+    if (it != rows.end())
+      result.push_back(it->second);
+  }
+  return result;
+}
+
+std::vector<double> endpoint_slacks(sta::Sta *sta, Analysis analysis, const std::string &clock)
+{
+  TimeUnit unit(sta);
+  std::vector<double> slacks;
+  for_each_endpoint(sta, analysis, [&](sta::PathEnd *end) {
+    const sta::Clock *target = end->targetClk(sta);
+    if (!clock.empty() && (target == nullptr || clock != target->name()))
+      return;
+    slacks.push_back(unit.to_user(end->slack(sta)));
+  });
+  return slacks;
+}
+
+std::vector<ClockTransferRow> clock_transfers(sta::Sta *sta)
+{
+  std::map<std::pair<int, int>, ClockTransferRow> rows;
+  for (Analysis analysis : {Analysis::setup, Analysis::hold, Analysis::recovery, Analysis::removal}) {
+    for_each_endpoint(sta, analysis, [&](sta::PathEnd *end) {
+      const sta::ClockEdge *src = end->sourceClkEdge(sta);
+      const sta::Clock *tgt = end->targetClk(sta);
+      if (src == nullptr || tgt == nullptr)
+        return;
+      ClockTransferRow &row = rows[{src->clock()->index(), tgt->index()}];
+      row.from_clock = src->clock()->name();
+      row.to_clock = tgt->name();
+      switch (analysis) {
+      case Analysis::setup: row.setup_paths++; break;
+      case Analysis::hold: row.hold_paths++; break;
+      case Analysis::recovery: row.recovery_paths++; break;
+      case Analysis::removal: row.removal_paths++; break;
+      }
+    });
+  }
+  // Order by clock order of definition.
+  std::map<int, int> order;
+  int position = 0;
+  for (sta::Clock *clock : *sta->sdc()->clocks())
+    order[clock->index()] = position++;
+  std::vector<std::pair<std::pair<int, int>, ClockTransferRow>> sorted(rows.begin(), rows.end());
+  std::sort(sorted.begin(), sorted.end(), [&](const auto &a, const auto &b) {
+    return std::make_pair(order[a.first.first], order[a.first.second]) <
+           std::make_pair(order[b.first.first], order[b.first.second]);
+  });
+  std::vector<ClockTransferRow> result;
+  for (auto &entry : sorted)
+    result.push_back(entry.second);
+  return result;
+}
+
+} // namespace vexa

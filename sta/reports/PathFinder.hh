@@ -1,0 +1,73 @@
+// Timing paths, domain summaries and clock transfers computed from OpenSTA.
+//
+// Everything here reads the timing graph through OpenSTA's C++ interface
+// (Sta::findPathEnds, PathEnd, PathExpanded) instead of its Tcl reports,
+// because the report panels need numbers per point that the Tcl reports only
+// print: the required time at each point of the capture clock path, the
+// cell/interconnect split of the delay, the fanout of each driver. The
+// results are plain records (ReportRecords.hh).
+//
+// Names in queries are resolved by NodeNames; an unknown name throws
+// ReportError, and nothing is computed.
+#pragma once
+
+#include "reports/ReportRecords.hh"
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace sta {
+class Sta;
+class PathEnd;
+class Pin;
+}
+
+namespace vexa {
+
+// A bad report request (unknown name, bad count). The message is meant for
+// the user as it stands.
+class ReportError : public std::runtime_error
+{
+public:
+  using std::runtime_error::runtime_error;
+};
+
+// Time conversion between OpenSTA's seconds and the netlist's time unit.
+class TimeUnit
+{
+public:
+  explicit TimeUnit(const sta::Sta *sta);
+  double to_user(double seconds) const { return seconds / m_scale; }
+  double to_sta(double user) const { return user * m_scale; }
+  // "ns", "ps", ...
+  const std::string &name() const { return m_name; }
+
+private:
+  double m_scale = 1e-9;
+  std::string m_name = "ns";
+};
+
+// The worst paths matching `query`, worst slack first, at most npaths.
+std::vector<TimingPathRecord> find_timing_paths(sta::Sta *sta, const PathQuery &query);
+
+// The record of one path end (exposed for tests and for other reports).
+TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis analysis,
+                                  bool with_points);
+
+// Worst slack and total negative slack per capture clock for one analysis,
+// in clock order. Clocks without checked end points are left out.
+std::vector<DomainSummaryRow> domain_summary(sta::Sta *sta, Analysis analysis);
+
+// The worst slack of every checked end point of one analysis whose capture
+// clock is `clock` (all clocks when empty), in no particular order.
+std::vector<double> endpoint_slacks(sta::Sta *sta, Analysis analysis, const std::string &clock);
+
+// One row per launch/capture clock pair that has paths in any analysis,
+// counting checked end points per analysis.
+std::vector<ClockTransferRow> clock_transfers(sta::Sta *sta);
+
+// The display name of a pin ("u1/A", "clk").
+std::string pin_display_name(const sta::Sta *sta, const sta::Pin *pin);
+
+} // namespace vexa

@@ -1,0 +1,186 @@
+// SDC in the engine: read_sdc and write_sdc, the helper commands the Tcl
+// layer (SdcLayer.cc) calls when a constraint has been applied, and the
+// registration of that layer.
+#include "Engine.hh"
+#include "TclCommand.hh"
+#include "project/KeyValueFile.hh"
+
+#include <fstream>
+#include <sstream>
+
+namespace vexa {
+
+extern const char *const sdc_layer_script;
+extern const char *const collection_layer_script;
+
+namespace {
+
+// Evaluates an SDC file one command at a time so that an error names its
+// line; the remaining commands are still applied. Returns the error count,
+// or -1 when the file cannot be read.
+int source_sdc_file(Engine &engine, const std::string &path)
+{
+  std::ifstream in(path);
+  if (!in)
+    return -1;
+  int errors = 0;
+  std::string pending;
+  int first_line = 0;
+  int line_no = 0;
+  std::string line;
+  auto run = [&](const std::string &command, int at) {
+    if (engine.eval(command) == TCL_OK)
+      return;
+    ++errors;
+    std::string message = Tcl_GetStringResult(engine.interp());
+    if (message.rfind("Error: ", 0) == 0)
+      message.erase(0, 7);
+    const char *info = Tcl_GetVar(engine.interp(), "errorInfo", TCL_GLOBAL_ONLY);
+    std::vector<SubMessage> subs;
+    if (info)
+      subs.push_back(SubMessage{MessageKind::extra_info, "VSTA-1302", info, {}});
+    engine.post(MessageKind::error, "VSTA-1301",
+                "SDC error in " + path + " line " + std::to_string(at) + ": " + message, subs);
+  };
+  while (std::getline(in, line)) {
+    ++line_no;
+    if (!line.empty() && line.back() == '\r')
+      line.pop_back();
+    if (pending.empty())
+      first_line = line_no;
+    else
+      pending += "\n";
+    pending += line;
+    if (Tcl_CommandComplete(pending.c_str())) {
+      run(pending, first_line);
+      pending.clear();
+    }
+  }
+  if (!pending.empty())
+    run(pending, first_line);
+  return errors;
+}
+
+int read_sdc(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  std::vector<std::string> files;
+  for (int i = 1; i < objc; ++i) {
+    std::string word = Tcl_GetString(objv[i]);
+    if (word == "-echo")
+      continue;
+    files.push_back(word);
+  }
+  if (files.size() > 1)
+    return engine.tcl_error("wrong # args: should be \"read_sdc ?file?\"");
+  if (!engine.require_netlist("read_sdc"))
+    return TCL_ERROR;
+  if (files.empty()) {
+    files = engine.project()->settings.sdc_files;
+    if (files.empty())
+      return engine.tcl_error("read_sdc: revision " + engine.revision()
+                              + " names no SDC file (sdc_file in its settings file)");
+  }
+  int total_errors = 0;
+  std::string failed;
+  for (const std::string &file : files) {
+    std::string path = resolve_path(engine.project_dir(), file);
+    if (file.empty() || file[0] != '/') {
+      // A relative name given on the command line is taken as the shell sees it.
+      std::ifstream here(file);
+      if (here)
+        path = file;
+    }
+    int errors = source_sdc_file(engine, path);
+    if (errors < 0)
+      return engine.tcl_error("read_sdc: cannot read SDC file \"" + path + "\"");
+    total_errors += errors;
+    if (errors > 0)
+      failed += (failed.empty() ? "" : ", ") + path;
+  }
+  engine.set_sdc_loaded(true);
+  engine.mark_stale();
+  engine.sync_clocks();
+  if (total_errors > 0)
+    return engine.tcl_error("read_sdc: " + std::to_string(total_errors)
+                            + " error(s) in " + failed + "; the other constraints were applied");
+  return TCL_OK;
+}
+
+int write_sdc(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  if (objc != 2)
+    return engine.tcl_error("wrong # args: should be \"write_sdc file\"");
+  if (!engine.require_netlist("write_sdc"))
+    return TCL_ERROR;
+  std::string error;
+  std::string path = Tcl_GetString(objv[1]);
+  if (!engine.constraints().write(path, engine.project()->settings.top_module, error))
+    return engine.tcl_error("write_sdc: " + error);
+  engine.post(MessageKind::info, "VSTA-1310", "Wrote SDC file " + path);
+  return TCL_OK;
+}
+
+int require_netlist_cmd(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  return engine.require_netlist(objc > 1 ? Tcl_GetString(objv[1]) : "command") ? TCL_OK
+                                                                                 : TCL_ERROR;
+}
+
+int constraint_applied(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  if (objc != 2)
+    return engine.tcl_error("wrong # args: should be \"::vexa::constraint_applied line\"");
+  engine.constraints().add(Tcl_GetString(objv[1]));
+  engine.mark_stale();
+  engine.sync_clocks();
+  return TCL_OK;
+}
+
+int post_cmd(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  if (objc != 4)
+    return engine.tcl_error("wrong # args: should be \"::vexa::post kind id text\"");
+  std::string kind = Tcl_GetString(objv[1]);
+  MessageKind k = MessageKind::info;
+  if (kind == "warning")
+    k = MessageKind::warning;
+  else if (kind == "critical_warning")
+    k = MessageKind::critical_warning;
+  else if (kind == "error")
+    k = MessageKind::error;
+  else if (kind == "extra_info")
+    k = MessageKind::extra_info;
+  engine.post(k, Tcl_GetString(objv[2]), Tcl_GetString(objv[3]));
+  return TCL_OK;
+}
+
+int ensure_up_to_date_cmd(Engine &engine, Tcl_Interp *, int, Tcl_Obj *const[])
+{
+  return engine.ensure_up_to_date();
+}
+
+} // namespace
+
+void register_sdc_commands(Engine &engine)
+{
+  engine.eval("namespace eval ::vexa {}");
+  add_command(engine, "::vexa::require_netlist", require_netlist_cmd);
+  add_command(engine, "::vexa::constraint_applied", constraint_applied);
+  add_command(engine, "::vexa::post", post_cmd);
+  add_command(engine, "::vexa::ensure_up_to_date", ensure_up_to_date_cmd);
+  if (engine.eval(sdc_layer_script) != TCL_OK)
+    engine.internal_error(std::string("SDC layer: ") + Tcl_GetStringResult(engine.interp()));
+  // read_sdc and write_sdc replace OpenSTA's own after the layer is in place.
+  engine.eval("catch {rename ::read_sdc {}}; catch {rename ::write_sdc {}}");
+  add_command(engine, "read_sdc", read_sdc);
+  add_command(engine, "write_sdc", write_sdc);
+}
+
+void register_collection_commands(Engine &engine)
+{
+  if (engine.eval(collection_layer_script) != TCL_OK)
+    engine.internal_error(std::string("collection layer: ")
+                          + Tcl_GetStringResult(engine.interp()));
+}
+
+} // namespace vexa

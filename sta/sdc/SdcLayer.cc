@@ -1,0 +1,233 @@
+// The engine's Tcl layer over OpenSTA's SDC commands.
+//
+// Each constraint command is wrapped: the wrapper checks that a netlist
+// exists, runs OpenSTA's command, and then hands the command line, with its
+// object arguments rewritten as get_* commands, to ::vexa::constraint_applied
+// (record for write_sdc, netlist marked stale, clocks registered with the
+// front end). OpenSTA's originals are kept under the name
+// <namespace>::__vexa_orig_<name> and listed in ::vexa::orig.
+//
+// Forms that OpenSTA lacks are added here: remove_clock -name, and the
+// -phase and -offset options of create_generated_clock (turned into edges
+// with an edge shift of the master clock). Report commands typed while the
+// netlist is stale update timing first.
+namespace vexa {
+
+extern const char *const sdc_layer_script;
+
+const char *const sdc_layer_script = R"TCL(
+namespace eval ::vexa {
+  variable orig
+  array set orig {}
+}
+
+# Replaces the command NAME by a procedure that calls WRAPPER NAME SAVED ARGS.
+proc ::vexa::wrap {name wrapper} {
+  variable orig
+  set origin [namespace origin ::$name]
+  set qualifiers [namespace qualifiers $origin]
+  set saved ${qualifiers}::__vexa_orig_$name
+  rename $origin $saved
+  catch {rename ::$name {}}
+  set orig($name) $saved
+  proc ::$name args "[list $wrapper $name $saved] \$args"
+}
+
+proc ::vexa::handle_type {value} {
+  if {[regexp {^_[0-9a-f]+_p_([A-Za-z]+)$} $value -> type]} {
+    return $type
+  }
+  return ""
+}
+
+proc ::vexa::object_name {handle} {
+  switch -- [handle_type $handle] {
+    "" { return $handle }
+    Instance - Pin - Net - Port - Clock { return [get_full_name $handle] }
+    default {
+      if {[catch {get_name $handle} name]} { return $handle }
+      return $name
+    }
+  }
+}
+
+# True when value is a non-empty list of OpenSTA object handles.
+proc ::vexa::is_collection {value} {
+  if {[string index $value 0] ne "_" || [catch {llength $value} n] || $n == 0} {
+    return 0
+  }
+  foreach element $value {
+    if {[handle_type $element] eq ""} { return 0 }
+  }
+  return 1
+}
+
+proc ::vexa::names {collection} {
+  set names {}
+  foreach handle $collection { lappend names [object_name $handle] }
+  return $names
+}
+
+# How the console shows a command result: collections as lists of names.
+proc ::vexa::display_result {value} {
+  if {[is_collection $value]} { return [names $value] }
+  return $value
+}
+
+proc ::vexa::getter {type} {
+  switch -- $type {
+    Port { return get_ports }
+    Pin { return get_pins }
+    Instance { return get_cells }
+    Net { return get_nets }
+    Clock { return get_clocks }
+  }
+  return ""
+}
+
+# One argument of a recorded command, as a Tcl word that reads back the same.
+proc ::vexa::sdc_word {value} {
+  if {![is_collection $value]} {
+    return [list $value]
+  }
+  set groups [dict create]
+  foreach handle $value {
+    dict lappend groups [handle_type $handle] [object_name $handle]
+  }
+  set parts {}
+  dict for {type names} $groups {
+    set getter [getter $type]
+    if {$getter eq ""} { return [list $value] }
+    lappend parts "\[$getter [list $names]\]"
+  }
+  if {[llength $parts] == 1} { return [lindex $parts 0] }
+  return "\[concat [join $parts { }]\]"
+}
+
+proc ::vexa::sdc_line {name arglist} {
+  set words [list $name]
+  foreach value $arglist { lappend words [sdc_word $value] }
+  return [join $words " "]
+}
+
+proc ::vexa::sdc_apply {name saved arglist} {
+  ::vexa::require_netlist $name
+  set result [$saved {*}$arglist]
+  ::vexa::constraint_applied [sdc_line $name $arglist]
+  return $result
+}
+
+foreach ::vexa::cmd {
+  create_clock set_clock_latency set_clock_uncertainty set_input_delay set_output_delay
+  set_false_path set_multicycle_path set_max_delay set_min_delay set_clock_groups
+  set_propagated_clock set_load set_input_transition set_driving_cell set_case_analysis
+  set_disable_timing set_clock_transition delete_clock delete_generated_clock
+  unset_clock_latency unset_clock_uncertainty unset_propagated_clock set_max_time_borrow
+} {
+  if {[llength [info commands ::$::vexa::cmd]]} {
+    ::vexa::wrap $::vexa::cmd ::vexa::sdc_apply
+  }
+}
+
+# create_generated_clock with -phase (degrees) and -offset (time) as well as
+# OpenSTA's own options. A phase or offset is expressed as a divided clock
+# given by edges with a shift.
+proc ::vexa::generated_clock {name saved arglist} {
+  ::vexa::require_netlist $name
+  set phase ""
+  set offset ""
+  set rest {}
+  set divide 1
+  set master ""
+  for {set i 0} {$i < [llength $arglist]} {incr i} {
+    set word [lindex $arglist $i]
+    switch -- $word {
+      -phase { set phase [lindex $arglist [incr i]] }
+      -offset { set offset [lindex $arglist [incr i]] }
+      default {
+        if {$word eq "-divide_by"} { set divide [lindex $arglist [expr {$i + 1}]] }
+        if {$word eq "-master_clock"} { set master [lindex $arglist [expr {$i + 1}]] }
+        lappend rest $word
+      }
+    }
+  }
+  if {$phase eq "" && $offset eq ""} {
+    set result [$saved {*}$rest]
+  } else {
+    foreach option {-multiply_by -duty_cycle -edges -edge_shift} {
+      if {$option in $rest} {
+        error "create_generated_clock: -phase and -offset cannot be combined with $option"
+      }
+    }
+    if {$phase eq ""} { set phase 0 }
+    if {$offset eq ""} { set offset 0 }
+    if {![string is double -strict $phase] || ![string is double -strict $offset]} {
+      error "create_generated_clock: -phase and -offset need numbers"
+    }
+    if {$master ne ""} {
+      set clocks [$::vexa::orig(get_clocks) -quiet $master]
+    } else {
+      set clocks [all_clocks]
+    }
+    if {[llength $clocks] != 1} {
+      error "create_generated_clock: -phase and -offset need -master_clock when several clocks exist"
+    }
+    set master_period [sta::time_sta_ui [[lindex $clocks 0] period]]
+    set shift [expr {$offset + $phase / 360.0 * $divide * $master_period}]
+    set edges [list 1 [expr {1 + $divide}] [expr {1 + 2 * $divide}]]
+    set at [lsearch -exact $rest -divide_by]
+    if {$at >= 0} { set rest [lreplace $rest $at [expr {$at + 1}]] }
+    set result [$saved -edges $edges -edge_shift [list $shift $shift $shift] {*}$rest]
+  }
+  ::vexa::constraint_applied [sdc_line $name $arglist]
+  return $result
+}
+::vexa::wrap create_generated_clock ::vexa::generated_clock
+
+# remove_clock -name NAME | -all
+proc ::remove_clock args {
+  ::vexa::require_netlist remove_clock
+  if {$args eq "-all"} {
+    set clocks [all_clocks]
+  } elseif {[llength $args] == 2 && [lindex $args 0] eq "-name"} {
+    set clocks [$::vexa::orig(get_clocks) -quiet [lindex $args 1]]
+    if {$clocks eq ""} {
+      error "remove_clock: no clock named \"[lindex $args 1]\""
+    }
+  } else {
+    error "wrong # args: should be \"remove_clock -name clock_name\" or \"remove_clock -all\""
+  }
+  foreach clock $clocks {
+    if {[$clock is_generated]} {
+      $::vexa::orig(delete_generated_clock) $clock
+    } else {
+      $::vexa::orig(delete_clock) $clock
+    }
+  }
+  ::vexa::constraint_applied [::vexa::sdc_line remove_clock $args]
+  return
+}
+
+# OpenSTA's warnings from its Tcl layer become warning posts, so that they
+# never mix with the text results of a command.
+proc ::sta::sta_warn {msg} {
+  ::vexa::post warning STA-0 $msg
+}
+
+proc ::vexa::report_first {name saved arglist} {
+  ::vexa::require_netlist $name
+  ::vexa::ensure_up_to_date
+  return [$saved {*}$arglist]
+}
+foreach ::vexa::cmd {
+  report_checks report_check_types report_tns report_wns report_worst_slack report_clock_skew
+  report_path_end report_slack
+} {
+  if {[llength [info commands ::$::vexa::cmd]]} {
+    ::vexa::wrap $::vexa::cmd ::vexa::report_first
+  }
+}
+unset ::vexa::cmd
+)TCL";
+
+} // namespace vexa

@@ -1,0 +1,227 @@
+#include "shell/Shell.hh"
+
+#include "Engine.hh"
+#include "TclCommand.hh"
+#include "protocol/Encoder.hh"
+
+#include <tcl.h>
+#include <readline/history.h>
+#include <readline/readline.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <unistd.h>
+
+namespace vexa {
+
+namespace {
+
+Engine *interrupt_target = nullptr;
+
+void on_sigint(int)
+{
+  if (interrupt_target)
+    interrupt_target->request_interrupt();
+}
+
+void flush_tcl_channels(Engine &engine)
+{
+  for (int which : {TCL_STDOUT, TCL_STDERR}) {
+    Tcl_Channel channel = Tcl_GetStdChannel(which);
+    if (channel)
+      Tcl_Flush(channel);
+  }
+  engine.sink().flush_text();
+}
+
+// Text of a command result as the console shows it.
+std::string display_text(Engine &engine, Tcl_Obj *result)
+{
+  const char *text = Tcl_GetString(result);
+  if (text[0] != '_')
+    return text;
+  Tcl_Obj *words[2] = {Tcl_NewStringObj("::vexa::display_result", -1), result};
+  Tcl_IncrRefCount(words[0]);
+  Tcl_IncrRefCount(result);
+  std::string shown = text;
+  if (Tcl_EvalObjv(engine.interp(), 2, words, TCL_EVAL_GLOBAL) == TCL_OK)
+    shown = Tcl_GetStringResult(engine.interp());
+  Tcl_DecrRefCount(words[0]);
+  Tcl_DecrRefCount(result);
+  return shown;
+}
+
+std::string strip_error_prefix(std::string text)
+{
+  if (text.rfind("Error: ", 0) == 0)
+    text.erase(0, 7);
+  return text;
+}
+
+void report_error(Engine &engine)
+{
+  Tcl_Interp *interp = engine.interp();
+  const char *info = Tcl_GetVar(interp, "errorInfo", TCL_GLOBAL_ONLY);
+  std::string all = info ? info : Tcl_GetStringResult(interp);
+  if (all.empty())
+    all = Tcl_GetStringResult(interp);
+  size_t nl = all.find('\n');
+  std::string first = strip_error_prefix(all.substr(0, nl));
+  std::vector<SubMessage> subs;
+  if (nl != std::string::npos && nl + 1 < all.size())
+    subs.push_back(SubMessage{MessageKind::extra_info, "VSTA-1101", all.substr(nl + 1), {}});
+  engine.post(MessageKind::error, "VSTA-1100", first, subs);
+}
+
+int exit_command(Engine &engine, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[])
+{
+  int status = 0;
+  if (objc > 2)
+    return engine.tcl_error("wrong # args: should be \"exit ?returnCode?\"");
+  if (objc == 2 && Tcl_GetIntFromObj(interp, objv[1], &status) != TCL_OK)
+    return TCL_ERROR;
+  flush_tcl_channels(engine);
+  std::fflush(stdout);
+  std::fflush(stderr);
+  // OpenSTA's teardown is slow and its static state is not meant to be
+  // destroyed in order; all output has been written, so leave at once.
+  _exit(status);
+}
+
+} // namespace
+
+void register_shell_commands(Engine &engine)
+{
+  add_command(engine, "exit", exit_command);
+}
+
+void install_interrupt_handler(Engine &engine)
+{
+  interrupt_target = &engine;
+  struct sigaction action;
+  std::memset(&action, 0, sizeof action);
+  action.sa_handler = on_sigint;
+  action.sa_flags = SA_RESTART;
+  sigemptyset(&action.sa_mask);
+  sigaction(SIGINT, &action, nullptr);
+}
+
+int evaluate_command(Engine &engine, const std::string &command)
+{
+  Tcl_Interp *interp = engine.interp();
+  engine.set_command_running(true);
+  int code = Tcl_EvalEx(interp, command.c_str(), static_cast<int>(command.size()),
+                        TCL_EVAL_GLOBAL);
+  engine.set_command_running(false);
+  if (code == TCL_ERROR) {
+    flush_tcl_channels(engine);
+    report_error(engine);
+  } else if (code == TCL_OK || code == TCL_RETURN) {
+    Tcl_Obj *result = Tcl_GetObjResult(interp);
+    Tcl_IncrRefCount(result);
+    std::string shown = display_text(engine, result);
+    Tcl_DecrRefCount(result);
+    if (!shown.empty())
+      Tcl_WriteChars(Tcl_GetStdChannel(TCL_STDOUT), (shown + "\n").c_str(), -1);
+    flush_tcl_channels(engine);
+  } else {
+    flush_tcl_channels(engine);
+    engine.post(MessageKind::error, "VSTA-1100",
+                code == TCL_BREAK ? "invoked \"break\" outside of a loop"
+                                  : "invoked \"continue\" outside of a loop");
+  }
+  Tcl_ResetResult(interp);
+  return code;
+}
+
+int run_protocol_shell(Engine &engine)
+{
+  OutputSink &sink = engine.sink();
+  sink.write_protocol_line("tcl> ");
+  std::string pending;
+  std::string line;
+  while (std::getline(std::cin, line)) {
+    if (!line.empty() && line.back() == '\r')
+      line.pop_back();
+    if (!pending.empty())
+      pending += "\n";
+    pending += line;
+    if (!Tcl_CommandComplete(pending.c_str())) {
+      sink.write_protocol_line("> ");
+      continue;
+    }
+    std::string command;
+    command.swap(pending);
+    evaluate_command(engine, command);
+    sink.write_protocol_line("tcl> ");
+  }
+  flush_tcl_channels(engine);
+  return 0;
+}
+
+int run_interactive_shell(Engine &engine, const std::string &project_path)
+{
+  if (!project_path.empty()) {
+    Tcl_Obj *words[2] = {Tcl_NewStringObj("project_open", -1),
+                         Tcl_NewStringObj(project_path.c_str(), -1)};
+    Tcl_Obj *list = Tcl_NewListObj(2, words);
+    Tcl_IncrRefCount(list);
+    evaluate_command(engine, Tcl_GetString(list));
+    Tcl_DecrRefCount(list);
+  }
+  bool terminal = isatty(0);
+  std::string pending;
+  for (;;) {
+    const char *prompt = pending.empty() ? "tcl> " : "> ";
+    std::string line;
+    if (terminal) {
+      char *read = readline(prompt);
+      if (!read)
+        break;
+      line = read;
+      std::free(read);
+    } else {
+      engine.sink().write_plain_prompt(prompt);
+      if (!std::getline(std::cin, line))
+        break;
+    }
+    if (!pending.empty())
+      pending += "\n";
+    pending += line;
+    if (!Tcl_CommandComplete(pending.c_str()))
+      continue;
+    std::string command;
+    command.swap(pending);
+    if (terminal && command.find_first_not_of(" \t") != std::string::npos)
+      add_history(command.c_str());
+    evaluate_command(engine, command);
+  }
+  if (!terminal)
+    engine.sink().write_plain_prompt("\n");
+  return 0;
+}
+
+int run_batch(Engine &engine, const std::string &script, const std::vector<std::string> &args)
+{
+  Tcl_Interp *interp = engine.interp();
+  Tcl_Obj *argv = Tcl_NewListObj(0, nullptr);
+  for (const std::string &a : args)
+    Tcl_ListObjAppendElement(nullptr, argv, Tcl_NewStringObj(a.c_str(), -1));
+  Tcl_SetVar2Ex(interp, "argv", nullptr, argv, TCL_GLOBAL_ONLY);
+  Tcl_SetVar2Ex(interp, "argc", nullptr, Tcl_NewIntObj(static_cast<int>(args.size())),
+                TCL_GLOBAL_ONLY);
+  Tcl_SetVar2Ex(interp, "argv0", nullptr, Tcl_NewStringObj(script.c_str(), -1), TCL_GLOBAL_ONLY);
+  engine.set_command_running(true);
+  int code = Tcl_EvalFile(interp, script.c_str());
+  engine.set_command_running(false);
+  flush_tcl_channels(engine);
+  if (code == TCL_ERROR) {
+    report_error(engine);
+    return 1;
+  }
+  return 0;
+}
+
+} // namespace vexa
