@@ -52,7 +52,13 @@ class IPC_COMMAND {
   // Closes the child's standard input (the child sees end of file).
   void close_stdin();
 
-  // Splits a command line as run() does. Exposed for tests.
+  // Why the last run() returned -1 (e.g. "cannot run \"x\": No such file or
+  // directory"); empty after a successful start.
+  std::string get_start_error() const;
+
+  // Splits a command line as run() does. Exposed for tests. Every argument in
+  // *args_joined_by_nul is followed by one NUL byte, so that an empty argument
+  // ("" on the command line) stays distinguishable from no argument.
   static bool split_command_line(const std::string& line, std::string* program,
                                  std::string* args_joined_by_nul, std::string* error);
 
@@ -62,4 +68,9 @@ class IPC_COMMAND {
   int m_status = STATUS_UNKNOWN;
   pid_t m_pid = -1;
   int m_stdin_fd = -1;
+  // Held while writing to or closing the child's standard input, so that a
+  // write never meets a descriptor closed (and perhaps reused) under it, and
+  // without blocking status queries behind a full pipe.
+  std::mutex m_write_mutex;
+  std::string m_start_error;
 };
