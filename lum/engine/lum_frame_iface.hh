@@ -9,6 +9,23 @@
 
 class LUM_CONSOLE_CTRL;
 
+// The values of "lum_edit_clock" for the create clock dialog ("base" and
+// "virtual" clocks) and the create generated clock dialog; empty texts leave
+// a field at its default.
+struct LUM_CLOCK_DLG_VALUES {
+  std::string name, period, rise, fall, source_objects;
+};
+struct LUM_GENERATED_CLOCK_DLG_VALUES {
+  std::string source, master_clock, name;
+  bool has_divide_by = false;
+  unsigned divide_by = 0;
+  bool has_multiply_by = false;
+  unsigned multiply_by = 0;
+  std::string duty_cycle, phase, offset, edge_list, edge_shift;
+  bool invert = false;
+  std::string source_objects;
+};
+
 enum class LUM_STATE_FLAG { PROJECT_IS_OPEN, NETLIST_IS_CREATED, SDC_FILE_IS_LOADED, NETLIST_IS_UP_TO_DATE };
 
 class LUM_FRAME_IFACE {
@@ -49,6 +66,12 @@ class LUM_FRAME_IFACE {
   // Tasks pane.
   virtual void update_tasks_status() = 0;
   virtual void start_next_task() = 0;
+
+  // Clock dialogs opened by "lum_edit_clock": the frame shows the dialog
+  // filled with the values and sends its command through the console on OK.
+  // They do nothing until the clock dialogs exist.
+  virtual void open_create_clock_dlg(const LUM_CLOCK_DLG_VALUES& /*values*/) {}
+  virtual void open_create_generated_clock_dlg(const LUM_GENERATED_CLOCK_DLG_VALUES& /*values*/) {}
 };
 
 // The registered frame, or null.
