@@ -1,0 +1,219 @@
+// The engine's side: panels are replaced whole, marks and commands are
+// remembered, and malformed panels are refused without storing anything.
+#include "rdb_test_util.hh"
+
+#include <sqlite3.h>
+
+namespace {
+
+using RDB_WRITER_TEST = RDB_TEST;
+
+std::vector<std::string> panel_names(const std::vector<RDB_PANEL_INFO>& panels) {
+  std::vector<std::string> names;
+  for (const RDB_PANEL_INFO& panel : panels)
+    names.push_back(panel.name);
+  return names;
+}
+
+TEST_F(RDB_WRITER_TEST, ReplacingAPanelIsAtomicForAReaderHoldingTheOldSnapshot) {
+  RDB_WRITER::OPTIONS options;
+  options.page_rows = 8;
+  RDB_WRITER writer(m_file, RDB_TIMING_REPORT, options);
+  write_table_panel(writer, "First", 1);
+  write_table_panel(writer, "Summary", 100);
+  write_table_panel(writer, "Last", 1);
+
+  auto old_report = RDB_REPORT::open(m_file);
+  auto* old_table = dynamic_cast<RDB_TABLE_OBJECT*>(old_report->find_object("Summary"));
+  ASSERT_NE(old_table, nullptr);
+  EXPECT_EQ(old_table->get_data(1, 0), "r0");  // only the first page is read so far
+
+  // Replace it with a panel of another shape while the old report is open.
+  {
+    RDB_PANEL_WRITER panel = writer.begin_panel("Summary", "new command");
+    panel.add_text("Note", "replaced");
+    RDB_TABLE_WRITER table = panel.add_table("Table", RDB_KIND_TABLE, {"X"});
+    for (int i = 0; i < 30; ++i)
+      table.add_row({"new" + std::to_string(i)});
+    panel.commit();
+  }
+
+  // The old snapshot still reads every page of the old panel.
+  EXPECT_EQ(old_table->get_number_of_rows(), 101);
+  for (int row = 1; row <= 100; row += 7)
+    EXPECT_EQ(old_table->get_data(row, 0), "r" + std::to_string(row - 1));
+  EXPECT_EQ(old_report->get_error(), "");
+
+  auto new_report = RDB_REPORT::open(m_file);
+  RDB_OBJECT* summary = new_report->find_object("Summary");
+  ASSERT_NE(summary, nullptr);
+  EXPECT_EQ(summary->get_type(), RDB_KIND_FOLDER);
+  auto* table = dynamic_cast<RDB_TABLE_OBJECT*>(new_report->find_object("Summary||Table"));
+  ASSERT_NE(table, nullptr);
+  EXPECT_EQ(table->get_number_of_rows(), 31);
+  EXPECT_EQ(table->get_data(30, 0), "new29");
+  // The replaced panel keeps its place between the others.
+  EXPECT_EQ(panel_names(new_report->get_panels()),
+            (std::vector<std::string>{"First", "Summary", "Last"}));
+  EXPECT_EQ(new_report->get_panel_command("Summary"), "new command");
+}
+
+TEST_F(RDB_WRITER_TEST, APanelDroppedOrRefusedBeforeCommitLeavesTheOldOneWhole) {
+  RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+  write_table_panel(writer, "Summary", 600);
+  {
+    RDB_PANEL_WRITER dropped = writer.begin_panel("Summary");
+    RDB_TABLE_WRITER table = dropped.add_table("", RDB_KIND_TABLE, {"X"});
+    for (int i = 0; i < 1000; ++i)  // several pages already sent to the database
+      table.add_row({"half"});
+  }
+  {
+    RDB_PANEL_WRITER refused = writer.begin_panel("Summary");
+    refused.add_path("", 1.0, false);
+    refused.add_path_table("", RDB_PATH_PART::SUMMARY, {"A"});
+    try {
+      refused.commit();
+      FAIL() << "a path without its chart and tables was stored";
+    } catch (const RDB_ERROR& error) {
+      EXPECT_NE(std::string(error.what()).find("Path Delay Stats"), std::string::npos)
+          << error.what();
+      EXPECT_EQ(error.get_file(), m_file);
+    }
+  }
+  auto report = RDB_REPORT::open(m_file);
+  auto* table = dynamic_cast<RDB_TABLE_OBJECT*>(report->find_object("Summary"));
+  ASSERT_NE(table, nullptr);
+  EXPECT_EQ(table->get_number_of_rows(), 601);
+  EXPECT_EQ(table->get_data(600, 0), "r599");
+  // The writer is usable again after both.
+  write_table_panel(writer, "Other", 1);
+  EXPECT_TRUE(writer.has_panel("Other"));
+}
+
+TEST_F(RDB_WRITER_TEST, MalformedPanelsAreRefusedWithAClearMessage) {
+  RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+  auto message_of = [](auto&& action) -> std::string {
+    try {
+      action();
+    } catch (const RDB_ERROR& error) {
+      return error.what();
+    }
+    return "(no error)";
+  };
+  EXPECT_NE(message_of([&] { writer.begin_panel("A||B"); }).find("may not contain \"||\""),
+            std::string::npos);
+  EXPECT_NE(message_of([&] { writer.begin_panel(""); }).find("empty"), std::string::npos);
+  EXPECT_NE(message_of([&] { writer.begin_panel("Empty").commit(); }).find("is empty"),
+            std::string::npos);
+
+  RDB_PANEL_WRITER panel = writer.begin_panel("P");
+  EXPECT_NE(message_of([&] { writer.begin_panel("Q"); }).find("another panel"), std::string::npos);
+  EXPECT_NE(message_of([&] { writer.delete_panel("P"); }).find("being written"), std::string::npos);
+  panel.add_text("Text", "t");
+  EXPECT_NE(message_of([&] { panel.add_text("Text", "again"); }).find("already has"),
+            std::string::npos);
+  EXPECT_NE(message_of([&] { panel.add_text("Text||Below", "x"); }).find("is not a folder"),
+            std::string::npos);
+  EXPECT_NE(message_of([&] { panel.add_text("A||||B", "x"); }).find("empty name"),
+            std::string::npos);
+  RDB_TABLE_WRITER table = panel.add_table("T", RDB_KIND_TABLE, {"A", "B"});
+  EXPECT_NE(message_of([&] { table.add_row({"1", "2", "3"}); }).find("3 cells"), std::string::npos);
+  EXPECT_NE(message_of([&] { table.add_row({"1"}, {{2, 0, 0}}); }).find("outside the table"),
+            std::string::npos);
+  EXPECT_THROW(panel.add_table("K", RDB_KIND_TEXT, {"A"}), RDB_ERROR);
+  EXPECT_THROW(panel.add_table("NoColumns", RDB_KIND_TABLE, {}), RDB_ERROR);
+  EXPECT_NE(message_of([&] { panel.add_tcl_table("Tcl", {"A"}, {{"Go", "go %{B}"}}); })
+                .find("\"%{B}\" names no column"),
+            std::string::npos);
+  std::vector<RDB_TCL_COMMAND> many(100, RDB_TCL_COMMAND{"Go", "go %{A}"});
+  EXPECT_NE(message_of([&] { panel.add_tcl_table("Many", {"A"}, many); }).find("at most 99"),
+            std::string::npos);
+  many.resize(99);
+  EXPECT_NO_THROW(panel.add_tcl_table("Enough", {"A"}, many));
+  panel.commit();
+  EXPECT_THROW(panel.commit(), RDB_ERROR);
+}
+
+TEST_F(RDB_WRITER_TEST, DisabledMarksReachEveryObjectOfThePanel) {
+  RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+  write_table_panel(writer, "A", 1);
+  {
+    RDB_PANEL_WRITER panel = writer.begin_panel("B");
+    panel.add_text("Inner||Text", "t");
+    panel.add_text("Fresh", "t");
+    panel.set_enabled("Inner", false);
+    panel.commit();
+  }
+  write_table_panel(writer, "C", 1);
+
+  auto enabled_of = [&](const std::string& name) {
+    auto report = RDB_REPORT::open(m_file);
+    return report->find_object(name)->is_enable();
+  };
+  EXPECT_TRUE(enabled_of("B"));
+  EXPECT_FALSE(enabled_of("B||Inner"));
+  EXPECT_TRUE(enabled_of("B||Fresh"));
+
+  EXPECT_EQ(writer.set_panels_enabled({"A", "B", "Missing"}, false), 2);
+  EXPECT_FALSE(enabled_of("A"));
+  EXPECT_FALSE(enabled_of("B||Fresh"));
+  EXPECT_TRUE(enabled_of("C"));
+  EXPECT_FALSE(writer.set_panel_enabled("Missing", false));
+
+  writer.set_all_panels_enabled(false);
+  EXPECT_FALSE(enabled_of("C"));
+  writer.set_all_panels_enabled(true);
+  EXPECT_TRUE(enabled_of("A"));
+  EXPECT_TRUE(writer.list_panels()[1].enabled);
+
+  // Writing a panel again makes it current.
+  writer.set_panel_enabled("A", false);
+  write_table_panel(writer, "A", 2);
+  EXPECT_TRUE(enabled_of("A"));
+}
+
+TEST_F(RDB_WRITER_TEST, EachPanelRemembersTheCommandThatMadeIt) {
+  const std::string command = "create_timing_summary -setup -panel_name \"Summary (Setup)\"";
+  {
+    RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+    write_table_panel(writer, "Summary (Setup)", 1, command);
+    write_table_panel(writer, "No Command", 1);
+    EXPECT_EQ(writer.get_panel_command("Summary (Setup)"), command);
+    EXPECT_TRUE(writer.set_panel_command("No Command", "report_clocks"));
+    EXPECT_FALSE(writer.set_panel_command("Missing", "x"));
+  }
+  auto report = RDB_REPORT::open(m_file);
+  EXPECT_EQ(report->get_panel_command("Summary (Setup)"), command);
+  EXPECT_EQ(report->get_panel_command("No Command"), "report_clocks");
+  EXPECT_EQ(report->get_panel_command("Missing"), "");
+}
+
+TEST_F(RDB_WRITER_TEST, DeletingPanelsRemovesThemAndTheirRows) {
+  RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+  write_table_panel(writer, "A", 1000);
+  write_table_panel(writer, "B", 1);
+  write_table_panel(writer, "C", 1);
+  EXPECT_TRUE(writer.delete_panel("A"));
+  EXPECT_FALSE(writer.delete_panel("A"));
+  EXPECT_EQ(panel_names(writer.list_panels()), (std::vector<std::string>{"B", "C"}));
+  {
+    // No row page of the deleted table is left behind: B and C have one each.
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open_v2(m_file.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+    sqlite3_stmt* count = nullptr;
+    sqlite3_prepare_v2(db, "SELECT count(*) FROM rdb_row_page", -1, &count, nullptr);
+    ASSERT_EQ(sqlite3_step(count), SQLITE_ROW);
+    EXPECT_EQ(sqlite3_column_int(count, 0), 2);
+    sqlite3_finalize(count);
+    sqlite3_close(db);
+  }
+  write_table_panel(writer, "A", 1);  // a new panel of an old name goes last
+  EXPECT_EQ(panel_names(writer.list_panels()), (std::vector<std::string>{"B", "C", "A"}));
+  EXPECT_EQ(writer.list_panels()[0].kind, RDB_KIND_TABLE);
+  EXPECT_EQ(writer.delete_all_panels(), 3);
+  EXPECT_TRUE(writer.list_panels().empty());
+  auto report = RDB_REPORT::open(m_file);
+  EXPECT_EQ(report->get_main_folder()->get_number_of_children(), 0);
+}
+
+}  // namespace
