@@ -322,13 +322,26 @@ int Engine::async_interrupt(void *client_data, Tcl_Interp *, int code)
 {
   auto *engine = static_cast<Engine *>(client_data);
   if (engine->m_command_running) {
-    // Cancelling with unwinding cannot be caught by the script, so a loop
-    // of the form "while 1 {catch {...}}" stops as well.
-    Tcl_CancelEval(engine->m_interp,
-                   Tcl_NewStringObj("interrupted by the user (SIGINT)", -1), nullptr,
-                   TCL_CANCEL_UNWIND);
+    // An exceeded time limit stops the command and cannot be caught by the
+    // script, so a loop of the form "while 1 {catch {...}}" stops as well.
+    // The shell lifts the limit again once the command has unwound.
+    engine->m_interrupted = true;
+    Tcl_Time now;
+    Tcl_GetTime(&now);
+    Tcl_LimitSetTime(engine->m_interp, &now);
+    Tcl_LimitSetGranularity(engine->m_interp, TCL_LIMIT_TIME, 1);
+    Tcl_LimitTypeSet(engine->m_interp, TCL_LIMIT_TIME);
   }
   return code;
+}
+
+bool Engine::take_interrupt()
+{
+  if (!m_interrupted)
+    return false;
+  m_interrupted = false;
+  Tcl_LimitTypeReset(m_interp, TCL_LIMIT_TIME);
+  return true;
 }
 
 } // namespace vexa

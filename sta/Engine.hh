@@ -157,6 +157,8 @@ public:
   // True while a command given to the shell is being evaluated.
   bool command_running() const { return m_command_running; }
   void set_command_running(bool running) { m_command_running = running; }
+  // After a command: true (once) when it was interrupted; lifts the stop.
+  bool take_interrupt();
 
 private:
   void send_state(const char *flag, bool value);
@@ -175,6 +177,7 @@ private:
   ConstraintRecord m_constraints;
   std::vector<std::string> m_known_clocks;
   volatile bool m_command_running = false;
+  bool m_interrupted = false;
 };
 
 } // namespace vexa

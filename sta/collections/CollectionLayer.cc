@@ -136,8 +136,11 @@ proc ::get_registers args {
 
 proc ::get_nodes args {
   ::vexa::require_netlist get_nodes
-  set candidates [concat [$::vexa::orig(get_ports) -quiet *] \
-                    [$::vexa::orig(get_pins) -quiet -hierarchical *]]
+  set candidates [$::vexa::orig(get_ports) -quiet *]
+  # Liberty's internal state pins of flip-flops are no nodes of the design.
+  foreach pin [$::vexa::orig(get_pins) -quiet -hierarchical *] {
+    if {[::sta::pin_direction $pin] ne "internal"} { lappend candidates $pin }
+  }
   return [::vexa::find_among get_nodes $args $candidates]
 }
 

@@ -27,6 +27,12 @@ bool is_word_safe(unsigned char c)
 // line + "\n"; hand-written brace counting would miss corner cases.
 bool braces_carry(std::string_view line)
 {
+  // An odd run of backslashes at the end would join the closing line.
+  size_t trailing = 0;
+  while (trailing < line.size() && line[line.size() - 1 - trailing] == '\\')
+    ++trailing;
+  if (trailing % 2 == 1)
+    return false;
   std::string candidate = "{";
   candidate.append(line);
   candidate.append("\n}");

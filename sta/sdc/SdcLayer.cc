@@ -170,7 +170,7 @@ proc ::vexa::generated_clock {name saved arglist} {
       set clocks [all_clocks]
     }
     if {[llength $clocks] != 1} {
-      error "create_generated_clock: -phase and -offset need -master_clock when several clocks exist"
+      error "create_generated_clock: -phase and -offset need one master clock (give -master_clock)"
     }
     set master_period [sta::time_sta_ui [[lindex $clocks 0] period]]
     set shift [expr {$offset + $phase / 360.0 * $divide * $master_period}]

@@ -60,9 +60,13 @@ std::string strip_error_prefix(std::string text)
   return text;
 }
 
-void report_error(Engine &engine)
+void report_error(Engine &engine, bool interrupted = false)
 {
   Tcl_Interp *interp = engine.interp();
+  if (interrupted) {
+    engine.post(MessageKind::error, "VSTA-1102", "interrupted by the user (SIGINT)");
+    return;
+  }
   const char *info = Tcl_GetVar(interp, "errorInfo", TCL_GLOBAL_ONLY);
   std::string all = info ? info : Tcl_GetStringResult(interp);
   if (all.empty())
@@ -115,9 +119,10 @@ int evaluate_command(Engine &engine, const std::string &command)
   int code = Tcl_EvalEx(interp, command.c_str(), static_cast<int>(command.size()),
                         TCL_EVAL_GLOBAL);
   engine.set_command_running(false);
+  bool interrupted = engine.take_interrupt();
   if (code == TCL_ERROR) {
     flush_tcl_channels(engine);
-    report_error(engine);
+    report_error(engine, interrupted);
   } else if (code == TCL_OK || code == TCL_RETURN) {
     Tcl_Obj *result = Tcl_GetObjResult(interp);
     Tcl_IncrRefCount(result);
@@ -216,9 +221,10 @@ int run_batch(Engine &engine, const std::string &script, const std::vector<std::
   engine.set_command_running(true);
   int code = Tcl_EvalFile(interp, script.c_str());
   engine.set_command_running(false);
+  bool interrupted = engine.take_interrupt();
   flush_tcl_channels(engine);
   if (code == TCL_ERROR) {
-    report_error(engine);
+    report_error(engine, interrupted);
     return 1;
   }
   return 0;

@@ -1,0 +1,313 @@
+// vexa_sta --ipc_sh driven over pipes: prompts, call-backs, posts, encoding.
+#include "EngineDriver.hh"
+#include "TestProject.hh"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <unistd.h>
+#include <sstream>
+
+using namespace vexa::test;
+using Lines = std::vector<std::string>;
+
+namespace {
+
+Lines callbacks(const Lines &lines)
+{
+  return lines_starting(lines, "lum_");
+}
+
+bool contains(const Lines &lines, const std::string &text)
+{
+  return std::find(lines.begin(), lines.end(), text) != lines.end();
+}
+
+std::string joined(const Lines &lines)
+{
+  std::string out;
+  for (const std::string &l : lines)
+    out += l + "\n";
+  return out;
+}
+
+// Every line the engine wrote must be a protocol line.
+void expect_only_protocol(const EngineDriver &engine)
+{
+  for (const std::string &line : engine.transcript())
+    EXPECT_TRUE(is_protocol_line(line)) << "not a protocol line: [" << line << "]";
+}
+
+class EngineSession : public ::testing::Test
+{
+protected:
+  void SetUp() override
+  {
+    ASSERT_TRUE(engine.read_to_prompt().empty()) << "output before the first prompt";
+    ASSERT_FALSE(engine.timed_out());
+  }
+  void TearDown() override
+  {
+    engine.send("exit");
+    EXPECT_EQ(engine.finish(), 0);
+    expect_only_protocol(engine);
+  }
+  void open_with_netlist()
+  {
+    engine.command("project_open \"" + project.vpf() + "\"");
+    engine.command("create_timing_netlist");
+  }
+
+  TestProject project;
+  EngineDriver engine;
+};
+
+} // namespace
+
+TEST_F(EngineSession, OpenCreateReadUpdateCallBackInDocumentedOrder)
+{
+  std::string vpf = std::filesystem::canonical(project.vpf()).string();
+  Lines open = engine.command("project_open \"" + project.vpf() + "\"");
+  EXPECT_EQ(callbacks(open), (Lines{"lum_open_project -vpf \"" + vpf + "\" -revision \"chip\"",
+                                    "lum_set_state -project_is_open 1"}));
+
+  Lines create = engine.command("create_timing_netlist");
+  EXPECT_EQ(callbacks(create), (Lines{"lum_set_state -netlist_is_created 1",
+                                      "lum_set_time_unit ns",
+                                      "lum_set_state -netlist_is_up_to_date 0"}));
+  EXPECT_FALSE(lines_starting(create, "report_status ").empty());
+
+  Lines sdc = engine.command("read_sdc");
+  Lines sdc_callbacks = callbacks(sdc);
+  EXPECT_EQ(std::count(sdc_callbacks.begin(), sdc_callbacks.end(),
+                       "lum_register_clock -name \"clk\""), 1);
+  EXPECT_TRUE(contains(sdc_callbacks, "lum_set_state -sdc_file_is_loaded 1"));
+  EXPECT_EQ(sdc_callbacks.back(), "lum_set_state -netlist_is_up_to_date 0");
+  EXPECT_TRUE(lines_starting(sdc, "msg_post 0 error").empty()) << joined(sdc);
+
+  Lines update = engine.command("update_timing_netlist");
+  EXPECT_EQ(callbacks(update), Lines{"lum_set_state -netlist_is_up_to_date 1"});
+
+  // Any constraint change makes the netlist stale again.
+  Lines constraint = engine.command("set_clock_uncertainty -setup 0.1 [get_clocks clk]");
+  EXPECT_EQ(callbacks(constraint), Lines{"lum_set_state -netlist_is_up_to_date 0"});
+
+  Lines close = engine.command("project_close");
+  EXPECT_TRUE(contains(callbacks(close), "lum_register_clock -name \"clk\" -remove"));
+  EXPECT_EQ(callbacks(close).back(), "lum_set_state -project_is_open 0");
+}
+
+TEST_F(EngineSession, ClocksMadeOrRemovedByAnyCommandAreRegistered)
+{
+  open_with_netlist();
+  EXPECT_EQ(callbacks(engine.command("create_clock -period 10.000 -name clk -waveform {0 5} {clk}")),
+            (Lines{"lum_set_state -netlist_is_up_to_date 0", "lum_register_clock -name \"clk\""}));
+  Lines generated = engine.command(
+    "create_generated_clock -name half -master_clock clk -source clk -divide_by 2 -offset 1 r1/Q");
+  EXPECT_TRUE(contains(callbacks(generated), "lum_register_clock -name \"half\"")) << joined(generated);
+  Lines removed = engine.command("remove_clock -name half");
+  EXPECT_TRUE(contains(callbacks(removed), "lum_register_clock -name \"half\" -remove"));
+  Lines unknown = engine.command("remove_clock -name nosuch");
+  ASSERT_EQ(lines_starting(unknown, "msg_post 0 error").size(), 1u);
+  EXPECT_NE(unknown[0].find("nosuch"), std::string::npos);
+}
+
+TEST_F(EngineSession, SdcErrorNamesFileAndLineAndKeepsTheRest)
+{
+  open_with_netlist();
+  project.write("bad.sdc", "create_clock -name clk -period 10 [get_ports clk]\n"
+                           "\n"
+                           "create_clock -name broken -period abc {b}\n"
+                           "create_clock -name other -period 20 {a}\n");
+  Lines read = engine.command("read_sdc \"" + project.path("bad.sdc") + "\"");
+  Lines errors = lines_starting(read, "msg_post 0 error VSTA-1301 ");
+  ASSERT_EQ(errors.size(), 1u) << joined(read);
+  EXPECT_NE(errors[0].find("bad.sdc line 3:"), std::string::npos) << errors[0];
+  EXPECT_TRUE(contains(read, "lum_register_clock -name \"clk\""));
+  EXPECT_TRUE(contains(read, "lum_register_clock -name \"other\""));
+  // The engine is still usable afterwards.
+  EXPECT_EQ(hidden_texts(engine.command("puts ok")), Lines{"ok"});
+}
+
+TEST_F(EngineSession, FailingCommandsPostAnErrorAndTheEngineKeepsItsState)
+{
+  struct Case { const char *command; const char *expected; };
+  const Case before_open[] = {
+    {"create_timing_netlist", "no project is open"},
+    {"read_sdc", "no project is open"},
+    {"nosuchcommand", "invalid command name"},
+    {"project_open /nonexistent/x.vpf", "does not exist"},
+  };
+  for (const Case &c : before_open) {
+    Lines out = engine.command(c.command);
+    ASSERT_EQ(out.size(), 1u) << c.command << "\n" << joined(out);
+    EXPECT_EQ(out[0].rfind("msg_post 0 error VSTA-1100 \"", 0), 0u) << out[0];
+    EXPECT_NE(out[0].find(c.expected), std::string::npos) << out[0];
+  }
+  Lines bad_revision = engine.command("project_open \"" + project.vpf() + "\" -revision nope");
+  EXPECT_NE(joined(bad_revision).find("unknown revision \\\"nope\\\""), std::string::npos)
+    << joined(bad_revision);
+
+  open_with_netlist();
+  Lines again = engine.command("create_timing_netlist");
+  EXPECT_NE(joined(again).find("exists already"), std::string::npos);
+  EXPECT_TRUE(callbacks(again).empty());
+  // A failed open of another project leaves the open one in place.
+  project.write("broken.vpf", "revision = x\nbogus line\n");
+  Lines broken = engine.command("project_open \"" + project.path("broken.vpf") + "\"");
+  EXPECT_NE(joined(broken).find("broken.vpf:2: expected"), std::string::npos) << joined(broken);
+  EXPECT_TRUE(callbacks(broken).empty());
+  EXPECT_EQ(hidden_texts(engine.command("llength [get_cells *]")), Lines{"5"});
+}
+
+TEST_F(EngineSession, UnlinkableDesignIsRefusedWithoutANetlist)
+{
+  project.write("chip.vsf", "top_module = nosuchtop\nfamily = OSU\nspeed_grade = 035\n"
+                            "verilog_file = netlist/chip.v\n");
+  engine.command("project_open \"" + project.vpf() + "\"");
+  Lines create = engine.command("create_timing_netlist");
+  EXPECT_NE(joined(create).find("cannot link design nosuchtop"), std::string::npos)
+    << joined(create);
+  EXPECT_TRUE(callbacks(create).empty());
+  EXPECT_NE(joined(engine.command("read_sdc")).find("no timing netlist"), std::string::npos);
+}
+
+TEST_F(EngineSession, IncompleteCommandGetsContinuationPrompts)
+{
+  engine.send("proc twice {x} {");
+  std::string line;
+  ASSERT_TRUE(engine.read_line(line));
+  EXPECT_EQ(line, "> ");
+  engine.send("  return [expr {2 * $x}]");
+  ASSERT_TRUE(engine.read_line(line));
+  EXPECT_EQ(line, "> ");
+  EXPECT_TRUE(engine.command("}").empty());
+  EXPECT_EQ(hidden_texts(engine.command("twice 21")), Lines{"42"});
+}
+
+TEST_F(EngineSession, TextWithBracketsBlanksAndBracesSurvivesBothModes)
+{
+  // Each text is printed; hidden mode must give it back exactly.
+  const std::string texts[] = {"plain", "two words", "q[0] q[1]", "{balanced}", "$dollar \"q\"",
+                               "-leading", "back\\slash x", "tab\there"};
+  for (const std::string &text : texts) {
+    Lines out = engine.command("puts [lindex [list " + std::string("{") + text + "}] 0]");
+    EXPECT_EQ(hidden_texts(out), Lines{text}) << joined(out);
+  }
+  open_with_netlist();
+  Lines names = engine.command(
+    "foreach_in_collection a [get_ports q*] {puts [get_object_info $a -name]}");
+  Lines found = hidden_texts(names);
+  std::sort(found.begin(), found.end());
+  EXPECT_EQ(found, (Lines{"q[0]", "q[1]"}));
+}
+
+TEST_F(EngineSession, CollectionsAcceptTheNameFinderOptionsAndPrintAsNames)
+{
+  open_with_netlist();
+  auto names = [&](const std::string &expression) {
+    Lines out = engine.command("foreach_in_collection a " + expression
+                               + " {puts [get_object_info $a -name]}");
+    Lines found = hidden_texts(out);
+    std::sort(found.begin(), found.end());
+    return found;
+  };
+  EXPECT_EQ(names("[get_keepers *]"),
+            (Lines{"a", "b", "clk", "q[0]", "q[1]", "r1/CLK", "r1/D", "r1/Q", "r2/CLK", "r2/D",
+                   "r2/Q"}));
+  EXPECT_EQ(names("[get_registers -no_case R*]"), (Lines{"r1", "r2"}));
+  EXPECT_EQ(names("[get_cells -hierarchical -compatibility_mode u*]"), (Lines{"u1", "u2", "u3"}));
+  EXPECT_EQ(names("[get_pins -no_case U1/*]"), (Lines{"u1/A", "u1/B", "u1/Y"}));
+  EXPECT_EQ(names("[get_nets n*]"), (Lines{"n1", "n2"}));
+  EXPECT_EQ(names("[get_nodes u2/*]"), (Lines{"u2/A", "u2/Y"}));
+  EXPECT_TRUE(names("[get_keepers nothing*]").empty());
+  // A collection returned to the console shows names, not handles.
+  EXPECT_EQ(hidden_texts(engine.command("get_cells r*")), Lines{"r1 r2"});
+  EXPECT_EQ(hidden_texts(engine.command("query_collection [get_ports {a b}]")), Lines{"a b"});
+}
+
+TEST_F(EngineSession, WriteSdcRoundTripsWhatWasEntered)
+{
+  open_with_netlist();
+  engine.command("create_clock -period 10.000 -name clk -waveform {0 5} {clk}");
+  engine.command("set_input_delay -clock clk -max 2 [get_ports {a b}]");
+  engine.command("set_multicycle_path -setup -end 2 -from [get_registers r1] -to [get_keepers r2/D]");
+  engine.command("set_false_path -from a -to [get_ports q*]");
+  std::string sdc = project.path("written.sdc");
+  Lines write = engine.command("write_sdc \"" + sdc + "\"");
+  EXPECT_TRUE(lines_starting(write, "msg_post 0 error").empty()) << joined(write);
+  std::ifstream in(sdc);
+  std::stringstream text;
+  text << in.rdbuf();
+  EXPECT_NE(text.str().find("set_input_delay -clock clk -max 2 [get_ports {a b}]"),
+            std::string::npos) << text.str();
+
+  engine.command("delete_timing_netlist");
+  engine.command("create_timing_netlist");
+  Lines read = engine.command("read_sdc \"" + sdc + "\"");
+  EXPECT_TRUE(lines_starting(read, "msg_post 0 error").empty()) << joined(read);
+  EXPECT_TRUE(contains(read, "lum_register_clock -name \"clk\""));
+  std::string again = project.path("again.sdc");
+  engine.command("write_sdc \"" + again + "\"");
+  std::ifstream in2(again);
+  std::stringstream text2;
+  text2 << in2.rdbuf();
+  EXPECT_EQ(text.str(), text2.str());
+}
+
+TEST_F(EngineSession, ReportsTypedWhileStaleUpdateTimingFirst)
+{
+  open_with_netlist();
+  engine.command("read_sdc");
+  Lines report = engine.command("report_checks");
+  EXPECT_TRUE(contains(report, "lum_set_state -netlist_is_up_to_date 1")) << joined(report);
+  EXPECT_FALSE(hidden_texts(report).empty());
+}
+
+TEST_F(EngineSession, SettingsConvertToClockConstraints)
+{
+  engine.command("project_open \"" + project.vpf() + "\"");
+  Lines convert = engine.command(
+    "load_package flow; catch {execute_module -tool sta -args \"--vsf2sdc --disable_all_banners\"}");
+  EXPECT_EQ(hidden_texts(convert), Lines{"0"}) << joined(convert);
+  std::ifstream in(project.path("chip_vsf.sdc"));
+  std::stringstream text;
+  text << in.rdbuf();
+  EXPECT_NE(text.str().find("create_clock -name sys -period 8 -waveform {0 4} [get_ports {clk}]"),
+            std::string::npos) << text.str();
+}
+
+TEST_F(EngineSession, InterruptStopsARunawayCommand)
+{
+  engine.send("while 1 {}");
+  sleep(1);
+  engine.interrupt();
+  Lines out = engine.read_to_prompt(20);
+  ASSERT_FALSE(engine.timed_out());
+  ASSERT_EQ(lines_starting(out, "msg_post 0 error").size(), 1u) << joined(out);
+  EXPECT_NE(out[0].find("interrupted"), std::string::npos);
+  EXPECT_EQ(hidden_texts(engine.command("expr 6*7")), Lines{"42"});
+}
+
+TEST(EngineExamples, DatapathExampleOpensAndTimes)
+{
+  std::string vpf = std::string(CHRONEL_EXAMPLES_DIR) + "/datapath/datapath.vpf";
+  if (!std::filesystem::exists(vpf))
+    GTEST_SKIP() << "no example project at " << vpf;
+  EngineDriver engine;
+  engine.read_to_prompt();
+  EXPECT_TRUE(contains(engine.command("project_open \"" + vpf + "\""),
+                       "lum_set_state -project_is_open 1"));
+  EXPECT_TRUE(contains(engine.command("create_timing_netlist"),
+                       "lum_set_state -netlist_is_created 1"));
+  Lines sdc = engine.command("read_sdc");
+  EXPECT_TRUE(lines_starting(sdc, "msg_post 0 error").empty()) << joined(sdc);
+  EXPECT_FALSE(lines_starting(sdc, "lum_register_clock -name ").empty());
+  EXPECT_TRUE(contains(engine.command("update_timing_netlist"),
+                       "lum_set_state -netlist_is_up_to_date 1"));
+  engine.send("exit");
+  EXPECT_EQ(engine.finish(), 0);
+  expect_only_protocol(engine);
+}
