@@ -7,6 +7,17 @@
 // Number-aware comparison: runs of digits compare by value, the rest by
 // character (case-insensitively, then case-sensitively to break ties).
 // Negative, zero or positive like strcmp.
+//
+// Numbers may carry a fraction and a minus sign, so that columns of slacks
+// and delays sort by value ("-0.5" < "0.25" < "1.5"): a "." between digits
+// starts a fraction ("1.5" > "1.25", also inside names: "u1.10" < "u1.2"), and
+// a "-" before a digit is a minus sign at the start of the text or after a
+// blank or one of ( [ { = , ; : (in "a-1" it is a character, so "a-1" < "a-2").
+// Digit runs of any length compare without overflow. A number sorts where its
+// digits stand among the characters (after blanks and punctuation such as
+// "(" or "-", before letters). Equal values are ordered by their spelling,
+// shorter first ("7" < "007", "1.5" < "1.50"), and equal texts up to case put
+// upper case first, so only identical texts compare equal.
 int gen_lexcmp(const char* a, const char* b);
 
 // Reads a decimal integer (optional sign) at *text and advances *text past the

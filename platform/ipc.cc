@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <exception>
 #include <vector>
 
 #include <fcntl.h>
@@ -210,6 +211,18 @@ int IPC_COMMAND::run(const char* command_line, const char* input_file, const cha
     m_status_changed.notify_all();
   }
 
+  // A line handler that throws must not leave the child and its pipes behind:
+  // the failure is a broken invariant, reported, and reading goes on.
+  auto deliver = [this](const std::string& text) {
+    try {
+      process_line(text);
+    } catch (const std::exception& error) {
+      msg_internal_error(error.what(), "ipc", __LINE__);
+    } catch (...) {
+      msg_internal_error("unknown exception in process_line", "ipc", __LINE__);
+    }
+  };
+
   // Read the output in large blocks and cut it at line feeds. Lines have no
   // size limit: a partial line simply stays in the buffer until its end comes.
   const size_t k_block = 256 * 1024;
@@ -234,7 +247,7 @@ int IPC_COMMAND::run(const char* command_line, const char* input_file, const cha
       size_t length = end - line_start;
       if (length > 0 && data[end - 1] == '\r') --length;
       line.assign(data + line_start, length);
-      process_line(line);
+      deliver(line);
       line_start = end + 1;
       scan = line_start;
     }
@@ -247,7 +260,7 @@ int IPC_COMMAND::run(const char* command_line, const char* input_file, const cha
     size_t length = buffer.size() - line_start;
     if (buffer[buffer.size() - 1] == '\r') --length;
     line.assign(buffer.data() + line_start, length);
-    process_line(line);
+    deliver(line);
   }
   ipc_close(&out_fds[0]);
 
