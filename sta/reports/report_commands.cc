@@ -1,10 +1,354 @@
 #include "reports/report_commands.hh"
 
+#include "Engine.hh"
+#include "TclCommand.hh"
+#include "protocol/Encoder.hh"
+#include "reports/DesignReports.hh"
+#include "reports/NodeNames.hh"
+#include "reports/PathFinder.hh"
+#include "reports/PathPanel.hh"
+#include "reports/ReportArgs.hh"
+#include "reports/ReportOutput.hh"
+#include "reports/ReportPanels.hh"
+#include "reports/ReportTable.hh"
+
+#include "rdb/rdb_writer.hh"
+
+#include "Machine.hh"
+#include "Sta.hh"
+
+#include <fstream>
+#include <regex>
+#include <sstream>
+
 namespace vexa {
 
-// The report commands are added here by their own module; none exist yet.
-void register_report_commands(Engine &)
+namespace {
+
+// Options naming design objects may hold OpenSTA object handles (the result
+// of get_pins, get_ports, get_clocks); they are turned back into names.
+std::vector<std::string> object_names(Engine &engine, const std::vector<std::string> &words)
 {
+  static const std::regex handle("_[0-9a-f]+_p_[A-Za-z]+");
+  std::vector<std::string> names;
+  for (const std::string &word : words) {
+    if (!std::regex_match(word, handle)) {
+      names.push_back(word);
+      continue;
+    }
+    bool clock = word.size() > 6 && word.compare(word.size() - 6, 6, "_Clock") == 0;
+    std::string script = std::string(clock ? "get_name " : "get_full_name ") + word;
+    if (engine.eval(script) != TCL_OK)
+      throw ReportError("\"" + word + "\" is not a design object.");
+    names.push_back(Tcl_GetStringResult(engine.interp()));
+    Tcl_ResetResult(engine.interp());
+  }
+  return names;
+}
+
+std::vector<std::string> object_option(Engine &engine, const ReportArgs &args, const char *option)
+{
+  if (!args.has(option))
+    return {};
+  std::vector<std::string> names = object_names(engine, args.list(option));
+  if (names.empty())
+    throw ReportError(std::string(args.command()) + ": option " + option + " names nothing.");
+  return names;
+}
+
+Analysis analysis_option(const ReportArgs &args)
+{
+  int given = 0;
+  Analysis analysis = Analysis::setup;
+  for (auto [option, value] : {std::make_pair("-setup", Analysis::setup),
+                               std::make_pair("-hold", Analysis::hold),
+                               std::make_pair("-recovery", Analysis::recovery),
+                               std::make_pair("-removal", Analysis::removal)})
+    if (args.has(option)) {
+      analysis = value;
+      given++;
+    }
+  if (given > 1)
+    throw ReportError(std::string(args.command()) +
+                      ": give only one of -setup, -hold, -recovery and -removal.");
+  return analysis;
+}
+
+// --- create_timing_summary ----------------------------------------------------
+
+int create_timing_summary(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  ReportArgs args("create_timing_summary", objc, objv,
+                  {{"-setup", false}, {"-hold", false}, {"-recovery", false},
+                   {"-removal", false}, {"-panel_name", true}, {"-file", true},
+                   {"-append", false}, {"-stdout", false}},
+                  0);
+  ReportOutput output(engine, args);
+  Analysis analysis = analysis_option(args);
+  ReportTable table = domain_summary_table(domain_summary(engine.sta(), analysis), analysis);
+  output.write([&](RDB_PANEL_WRITER &panel) { write_table(panel, "", table); },
+               [&](std::ostream &out) { write_table_text(out, table); });
+  return TCL_OK;
+}
+
+// --- report_clocks --------------------------------------------------------------
+
+int report_clocks(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  ReportArgs args("report_clocks", objc, objv,
+                  {{"-panel_name", true}, {"-file", true}, {"-append", false}, {"-stdout", false}},
+                  0);
+  ReportOutput output(engine, args);
+  ReportTable table = clocks_table(clock_rows(engine.sta()));
+  output.write([&](RDB_PANEL_WRITER &panel) { write_table(panel, "", table); },
+               [&](std::ostream &out) { write_table_text(out, table); });
+  return TCL_OK;
+}
+
+// --- report_clock_transfers ------------------------------------------------------
+
+int report_clock_transfers(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  ReportArgs args("report_clock_transfers", objc, objv,
+                  {{"-panel_name", true}, {"-file", true}, {"-append", false}, {"-stdout", false}},
+                  0);
+  ReportOutput output(engine, args);
+  ReportTable table = clock_transfers_table(clock_transfers(engine.sta()));
+  output.write([&](RDB_PANEL_WRITER &panel) { write_table(panel, "", table); },
+               [&](std::ostream &out) { write_table_text(out, table); });
+  return TCL_OK;
+}
+
+// --- report_sdc -------------------------------------------------------------------
+
+int report_sdc(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  ReportArgs args("report_sdc", objc, objv,
+                  {{"-panel_name", true}, {"-file", true}, {"-append", false}, {"-stdout", false}},
+                  0);
+  // The frame selects "SDC Assignments" after this command, which names no panel.
+  ReportOutput output(engine, args, sdc_panel_name);
+  std::vector<ReportTable> tables = sdc_tables(engine.constraints().lines());
+  output.write(
+    [&](RDB_PANEL_WRITER &panel) {
+      panel.add_folder("");
+      for (const ReportTable &table : tables)
+        write_table(panel, table.title, table);
+    },
+    [&](std::ostream &out) {
+      if (tables.empty())
+        out << "No constraints have been entered.\n";
+      for (const ReportTable &table : tables) {
+        write_table_text(out, table);
+        out << '\n';
+      }
+    });
+  return TCL_OK;
+}
+
+// --- report_ucp -------------------------------------------------------------------
+
+int report_ucp(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  ReportArgs args("report_ucp", objc, objv,
+                  {{"-panel_name", true}, {"-file", true}, {"-append", false}, {"-stdout", false}},
+                  0);
+  ReportOutput output(engine, args);
+  ReportTable table = unconstrained_table(unconstrained_points(engine.sta()));
+  output.write([&](RDB_PANEL_WRITER &panel) { write_table(panel, "", table); },
+               [&](std::ostream &out) {
+                 write_table_text(out, table);
+                 if (table.rows.empty())
+                   out << "All start and end points are constrained.\n";
+               });
+  return TCL_OK;
+}
+
+// --- report_timing ------------------------------------------------------------------
+
+int report_timing(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  ReportArgs args("report_timing", objc, objv,
+                  {{"-from_clock", true}, {"-to_clock", true}, {"-from", true}, {"-thru", true},
+                   {"-to", true}, {"-setup", false}, {"-hold", false}, {"-recovery", false},
+                   {"-removal", false}, {"-npaths", true}, {"-less_than_slack", true},
+                   {"-summary", false}, {"-panel_name", true}, {"-file", true},
+                   {"-append", false}, {"-stdout", false}, {"-show_routing", false},
+                   {"-all_failing", false}, {"-ccpp", false}},
+                  0);
+  PathQuery query;
+  query.analysis = analysis_option(args);
+  query.npaths = args.positive_int("-npaths").value_or(1);
+  query.less_than_slack = args.number("-less_than_slack");
+  if (args.has("-all_failing")) {
+    query.npaths = std::max(query.npaths, 1000000);
+    if (!query.less_than_slack || *query.less_than_slack > 0)
+      query.less_than_slack = 0.0;
+  }
+  query.with_points = !args.has("-summary");
+  ReportOutput output(engine, args);
+  query.from_clocks = object_option(engine, args, "-from_clock");
+  query.to_clocks = object_option(engine, args, "-to_clock");
+  query.from = object_option(engine, args, "-from");
+  query.to = object_option(engine, args, "-to");
+  if (args.has("-thru"))
+    for (const std::string &name : object_option(engine, args, "-thru"))
+      query.thru.push_back(name);
+
+  sta::Sta *sta = engine.sta();
+  // Common clock pessimism removal for this report only.
+  bool crpr_was = sta->crprEnabled();
+  if (args.has("-ccpp") && !crpr_was)
+    sta->setCrprEnabled(true);
+  struct RestoreCrpr
+  {
+    sta::Sta *sta;
+    bool was;
+    ~RestoreCrpr()
+    {
+      if (sta->crprEnabled() != was)
+        sta->setCrprEnabled(was);
+    }
+  } restore{sta, crpr_was};
+
+  PathPanelOptions options;
+  options.summary_only = args.has("-summary");
+  options.show_routing = args.has("-show_routing");
+  options.time_unit = TimeUnit(sta).name();
+  // Find first: a bad name must fail before a panel is opened.
+  std::vector<TimingPathRecord> paths = find_timing_paths(sta, query);
+  output.write(
+    [&](RDB_PANEL_WRITER &panel) {
+      panel.add_folder("");
+      PathPanelWriter writer(&panel, nullptr, options);
+      size_t done = 0;
+      for (const TimingPathRecord &path : paths) {
+        writer.add(path);
+        if (paths.size() > 100 && ++done % (paths.size() / 10) == 0)
+          engine.progress(static_cast<int>(100 * done / paths.size()));
+      }
+    },
+    [&](std::ostream &out) {
+      PathPanelWriter writer(nullptr, &out, options);
+      for (const TimingPathRecord &path : paths)
+        writer.add(path);
+      writer.finish();
+      if (paths.empty())
+        out << "No paths.\n";
+    });
+  return TCL_OK;
+}
+
+// --- report_net_timing ---------------------------------------------------------------
+
+int report_net_timing(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  ReportArgs args("report_net_timing", objc, objv,
+                  {{"-nworst_delay", true}, {"-nworst_fanout", true}, {"-panel_name", true},
+                   {"-file", true}, {"-append", false}, {"-stdout", false}},
+                  1);
+  if (args.has("-nworst_delay") && args.has("-nworst_fanout"))
+    throw ReportError("report_net_timing: give only one of -nworst_delay and -nworst_fanout.");
+  ReportOutput output(engine, args, net_timing_panel_name);
+  std::vector<std::string> nets;
+  if (!args.positionals().empty())
+    nets = object_names(engine, split_tcl_list(args.positionals()[0]));
+  bool by_fanout = args.has("-nworst_fanout");
+  std::optional<int> limit = by_fanout ? args.positive_int("-nworst_fanout")
+                                       : args.positive_int("-nworst_delay");
+  // Without a count or nets the report lists the ten worst nets.
+  int rows_wanted = limit.value_or(nets.empty() ? 10 : 0);
+  ReportTable table = net_timing_table(net_timing_rows(engine.sta(), nets, by_fanout, rows_wanted));
+  output.write([&](RDB_PANEL_WRITER &panel) { write_table(panel, "", table); },
+               [&](std::ostream &out) { write_table_text(out, table); });
+  return TCL_OK;
+}
+
+// --- report_min_pulse_width --------------------------------------------------------------
+
+int report_min_pulse_width(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  ReportArgs args("report_min_pulse_width", objc, objv,
+                  {{"-nworst", true}, {"-panel_name", true}, {"-file", true}, {"-append", false},
+                   {"-stdout", false}},
+                  1);
+  ReportOutput output(engine, args);
+  std::vector<std::string> targets;
+  if (!args.positionals().empty())
+    targets = object_names(engine, split_tcl_list(args.positionals()[0]));
+  int nworst = args.positive_int("-nworst").value_or(10);
+  ReportTable table = pulse_width_table(pulse_width_rows(engine.sta(), targets, nworst));
+  output.write([&](RDB_PANEL_WRITER &panel) { write_table(panel, "", table); },
+               [&](std::ostream &out) { write_table_text(out, table); });
+  return TCL_OK;
+}
+
+// --- create_slack_histogram ---------------------------------------------------------------
+
+int create_slack_histogram(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  ReportArgs args("create_slack_histogram", objc, objv,
+                  {{"-clock_name", true}, {"-num_bins", true}, {"-min_slack", true},
+                   {"-max_slack", true}, {"-panel_name", true}, {"-setup", false},
+                   {"-hold", false}, {"-recovery", false}, {"-removal", false},
+                   {"-x_axis_min_open", false}, {"-x_axis_max_open", false}},
+                  0);
+  if (!args.has("-clock_name"))
+    throw ReportError("create_slack_histogram: option -clock_name is required.");
+  std::vector<std::string> clock = object_names(engine, {args.value("-clock_name")});
+  Analysis analysis = analysis_option(args);
+  int num_bins = args.positive_int("-num_bins").value_or(30);
+  std::optional<double> min_slack = args.number("-min_slack");
+  std::optional<double> max_slack = args.number("-max_slack");
+  std::string panel_name = "Slack Histogram (" + clock[0] + ")";
+  ReportOutput output(engine, args, panel_name);
+  resolve_clocks(engine.sta(), clock, "-clock_name");
+  std::vector<double> slacks = endpoint_slacks(engine.sta(), analysis, clock[0]);
+  std::vector<HistogramBinRow> bins = histogram_bins(slacks, num_bins, min_slack, max_slack);
+  std::string unit = TimeUnit(engine.sta()).name();
+  output.write(
+    [&](RDB_PANEL_WRITER &panel) { write_slack_histogram(panel, "", bins, analysis, unit); },
+    [&](std::ostream &out) { write_slack_histogram_text(out, bins, analysis, unit); });
+  return TCL_OK;
+}
+
+// --- delete_timing_report_panel ---------------------------------------------------------------
+
+int delete_timing_report_panel(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
+{
+  ReportArgs args("delete_timing_report_panel", objc, objv, {{"-name", true}, {"-all", false}},
+                  0);
+  if (!args.has("-name") && !args.has("-all"))
+    throw ReportError("delete_timing_report_panel: option -name is required.");
+  if (!engine.require_project("delete_timing_report_panel"))
+    return TCL_ERROR;
+  RDB_WRITER writer(report_database_file(engine), RDB_TIMING_REPORT);
+  if (args.has("-all")) {
+    writer.delete_all_panels();
+  } else {
+    std::string name = args.value("-name");
+    if (!writer.delete_panel(name))
+      throw ReportError("delete_timing_report_panel: there is no report panel \"" + name +
+                        "\".");
+  }
+  engine.callback("lum_reload_sta_report");
+  return TCL_OK;
+}
+
+} // namespace
+
+void register_report_commands(Engine &engine)
+{
+  add_command(engine, "create_timing_summary", create_timing_summary);
+  add_command(engine, "report_clocks", report_clocks);
+  add_command(engine, "report_clock_transfers", report_clock_transfers);
+  add_command(engine, "report_sdc", report_sdc);
+  add_command(engine, "report_ucp", report_ucp);
+  add_command(engine, "report_timing", report_timing);
+  add_command(engine, "report_net_timing", report_net_timing);
+  add_command(engine, "report_min_pulse_width", report_min_pulse_width);
+  add_command(engine, "create_slack_histogram", create_slack_histogram);
+  add_command(engine, "delete_timing_report_panel", delete_timing_report_panel);
 }
 
 } // namespace vexa

@@ -1,0 +1,173 @@
+#include "reports/PathPanel.hh"
+
+#include "rdb/rdb_writer.hh"
+
+#include <cmath>
+#include <ostream>
+
+namespace vexa {
+
+const std::vector<std::string> path_summary_columns = {
+  "Slack", "From Node", "To Node", "Launch Clock", "Latch Clock", "Relationship",
+  "Clock Skew", "Data Delay"};
+
+const std::vector<std::string> path_point_columns = {
+  "Total", "Incr", "RF", "Type", "Fanout", "Location", "Element"};
+
+std::string path_object_name(size_t index)
+{
+  return "Path " + std::to_string(index);
+}
+
+std::vector<std::string> path_summary_cells(const TimingPathRecord &path)
+{
+  return {format_time(path.slack), path.from_node, path.to_node, path.launch_clock,
+          path.latch_clock, format_time(path.relationship), format_time(path.clock_skew),
+          format_time(path.data_delay)};
+}
+
+std::vector<std::vector<std::string>> path_point_rows(const std::vector<PathPointRecord> &points,
+                                                      bool show_routing)
+{
+  std::vector<std::vector<std::string>> rows;
+  rows.reserve(points.size());
+  // A folded interconnect row (a load pin followed by its cell's output)
+  // passes its increment on to the row that follows.
+  double pending = 0;
+  for (size_t i = 0; i < points.size(); i++) {
+    const PathPointRecord &point = points[i];
+    bool next_is_cell = i + 1 < points.size() && (points[i + 1].type == "CELL" ||
+                                                  points[i + 1].type == "uTco");
+    if (!show_routing && point.type == "IC" && next_is_cell) {
+      pending += point.incr;
+      continue;
+    }
+    double incr = point.incr + pending;
+    pending = 0;
+    rows.push_back({format_time(point.total), format_time(incr), point.rise_fall, point.type,
+                    point.fanout > 0 ? std::to_string(point.fanout) : "", point.location,
+                    point.element});
+  }
+  return rows;
+}
+
+PathPanelWriter::PathPanelWriter(RDB_PANEL_WRITER *panel, std::ostream *text,
+                                 PathPanelOptions options)
+    : m_panel(panel), m_text(text), m_options(std::move(options))
+{
+  if (m_panel)
+    m_summary = std::make_unique<RDB_TABLE_WRITER>(
+      m_panel->add_table(paths_summary_name, RDB_KIND_TABLE, path_summary_columns));
+  m_summary_text.title = paths_summary_name;
+  m_summary_text.columns = path_summary_columns;
+}
+
+PathPanelWriter::~PathPanelWriter() = default;
+
+void PathPanelWriter::add(const TimingPathRecord &path)
+{
+  ++m_count;
+  if (m_panel)
+    add_database(path);
+  if (m_text)
+    add_text(path);
+}
+
+namespace {
+
+std::vector<std::pair<std::string, std::string>> summary_properties(const TimingPathRecord &path)
+{
+  return {{"Slack", format_time(path.slack) + (path.violated ? " (VIOLATED)" : "")},
+          {"From Node", path.from_node},
+          {"To Node", path.to_node},
+          {"Launch Clock", path.launch_clock},
+          {"Latch Clock", path.latch_clock},
+          {"Check", path.check},
+          {"Data Arrival Time", format_time(path.arrival)},
+          {"Data Required Time", format_time(path.required)},
+          {"Relationship", format_time(path.relationship)},
+          {"Clock Skew", format_time(path.clock_skew)},
+          {"Data Delay", format_time(path.data_delay)}};
+}
+
+// Delays are charted in thousandths of the time unit so that counts stay
+// integers without losing the picoseconds of a nanosecond design.
+std::string milli_unit(const std::string &unit)
+{
+  if (unit == "ns")
+    return "ps";
+  if (unit == "us")
+    return "ns";
+  if (unit == "ps")
+    return "fs";
+  return "1/1000 " + unit;
+}
+
+} // namespace
+
+void PathPanelWriter::add_database(const TimingPathRecord &path)
+{
+  std::vector<RDB_CELL_COLOR> colors;
+  if (path.violated)
+    colors.push_back({0, violation_color, RDB_NO_COLOR});
+  m_summary->add_row(path_summary_cells(path), colors);
+  if (m_options.summary_only)
+    return;
+  const std::string where = path_object_name(m_count);
+  m_panel->add_path(where, path.slack, path.violated);
+  RDB_TABLE_WRITER summary =
+    m_panel->add_path_table(where, RDB_PATH_PART::SUMMARY, {"Property", "Value"},
+                            RDB_KIND_HEADERLESS_TABLE);
+  for (const auto &[name, value] : summary_properties(path)) {
+    if (name == "Slack" && path.violated)
+      summary.add_row({name, value}, {{1, violation_color, RDB_NO_COLOR}});
+    else
+      summary.add_row({name, value});
+  }
+  m_panel->add_path_chart(where, "Delay Type", "Delay (" + milli_unit(m_options.time_unit) + ")",
+                          2,
+                          {{"Cell Delay", std::llround(path.cell_delay * 1000)},
+                           {"Interconnect Delay", std::llround(path.ic_delay * 1000)}});
+  for (auto [part, points] : {std::make_pair(RDB_PATH_PART::ARRIVAL, &path.arrival_points),
+                              std::make_pair(RDB_PATH_PART::REQUIRED, &path.required_points)}) {
+    RDB_TABLE_WRITER table = m_panel->add_path_table(where, part, path_point_columns);
+    for (auto &row : path_point_rows(*points, m_options.show_routing))
+      table.add_row(row);
+  }
+}
+
+void PathPanelWriter::add_text(const TimingPathRecord &path)
+{
+  m_summary_text.add_row(path_summary_cells(path));
+  if (m_options.summary_only)
+    return;
+  std::ostream &out = m_details;
+  out << '\n' << path_object_name(m_count) << ": slack " << format_time(path.slack) << ' '
+      << m_options.time_unit << (path.violated ? " (VIOLATED)" : " (MET)") << '\n';
+  out << "  From " << path.from_node;
+  if (!path.launch_clock.empty())
+    out << " (" << path.launch_clock << ")";
+  out << " to " << path.to_node;
+  if (!path.latch_clock.empty())
+    out << " (" << path.latch_clock << ")";
+  out << ", " << path.check << " check\n";
+  out << "  Data arrival time " << format_time(path.arrival) << ", data required time "
+      << format_time(path.required) << ", relationship " << format_time(path.relationship)
+      << ", clock skew " << format_time(path.clock_skew) << "\n\n";
+  out << "Data Arrival Path\n";
+  write_rows_text(out, path_point_columns, path_point_rows(path.arrival_points,
+                                                           m_options.show_routing));
+  out << "\nData Required Path\n";
+  write_rows_text(out, path_point_columns, path_point_rows(path.required_points,
+                                                           m_options.show_routing));
+}
+
+void PathPanelWriter::finish()
+{
+  if (!m_text)
+    return;
+  write_table_text(*m_text, m_summary_text);
+  *m_text << m_details.str();
+}
+
+} // namespace vexa
