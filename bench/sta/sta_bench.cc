@@ -234,6 +234,10 @@ int main(int argc, char** argv) {
   if (tested.wns != reference.wns)
     std::printf("Note: the two programs report different worst slack (%s vs %s ns).\n", tested.wns.c_str(),
                 reference.wns.c_str());
+  // Both programs are single-threaded, so wall time well above CPU time means
+  // other work competed for the processors during the runs.
+  if (median(reference.wall) > 1.3 * median(reference.cpu) || median(tested.wall) > 1.3 * median(tested.cpu))
+    std::printf("Note: wall time well above CPU time: the machine was busy; the CPU ratio is the steadier figure.\n");
   std::printf("Target: wall-time ratio <= %.2f against Debian's %s %s: %s\n", kTargetRatio, kReferenceSta,
               first_line(version.output).c_str(), wall_ratio <= kTargetRatio ? "met" : "missed");
   return 0;
