@@ -73,7 +73,7 @@ ResolvedNodes resolve_nodes(sta::Sta *sta, const std::vector<std::string> &names
       }
     }
     if (seen.size() == before)
-      throw ReportError(std::string("Option ") + option + ": no pin, port, instance" +
+      throw ReportError(std::string("option ") + option + ": no pin, port, instance" +
                         (allow_nets ? " or net" : "") + " matches \"" + name + "\".");
   }
   return nodes;
@@ -99,7 +99,7 @@ std::vector<sta::Clock *> resolve_clocks(sta::Sta *sta, const std::vector<std::s
         add_unique(clocks, seen, clock);
     }
     if (seen.size() == before)
-      throw ReportError(std::string("Option ") + option + ": no clock matches \"" + name +
+      throw ReportError(std::string("option ") + option + ": no clock matches \"" + name +
                         "\".");
   }
   return clocks;

@@ -335,20 +335,39 @@ int delete_timing_report_panel(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *
   return TCL_OK;
 }
 
+// Every message of a report command starts with the command's name, so a
+// post in the console says which command refused.
+template <CommandFunction function>
+int with_command_name(Engine &engine, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[])
+{
+  try {
+    return function(engine, interp, objc, objv);
+  } catch (const ReportError &error) {
+    std::string name = Tcl_GetString(objv[0]);
+    std::string message = error.what();
+    if (message.compare(0, name.size() + 1, name + ":") != 0)
+      message = name + ": " + message;
+    return engine.tcl_error(message);
+  } catch (const RDB_ERROR &error) {
+    return engine.tcl_error(std::string(Tcl_GetString(objv[0])) + ": " + error.what());
+  }
+}
+
 } // namespace
 
 void register_report_commands(Engine &engine)
 {
-  add_command(engine, "create_timing_summary", create_timing_summary);
-  add_command(engine, "report_clocks", report_clocks);
-  add_command(engine, "report_clock_transfers", report_clock_transfers);
-  add_command(engine, "report_sdc", report_sdc);
-  add_command(engine, "report_ucp", report_ucp);
-  add_command(engine, "report_timing", report_timing);
-  add_command(engine, "report_net_timing", report_net_timing);
-  add_command(engine, "report_min_pulse_width", report_min_pulse_width);
-  add_command(engine, "create_slack_histogram", create_slack_histogram);
-  add_command(engine, "delete_timing_report_panel", delete_timing_report_panel);
+  add_command(engine, "create_timing_summary", with_command_name<create_timing_summary>);
+  add_command(engine, "report_clocks", with_command_name<report_clocks>);
+  add_command(engine, "report_clock_transfers", with_command_name<report_clock_transfers>);
+  add_command(engine, "report_sdc", with_command_name<report_sdc>);
+  add_command(engine, "report_ucp", with_command_name<report_ucp>);
+  add_command(engine, "report_timing", with_command_name<report_timing>);
+  add_command(engine, "report_net_timing", with_command_name<report_net_timing>);
+  add_command(engine, "report_min_pulse_width", with_command_name<report_min_pulse_width>);
+  add_command(engine, "create_slack_histogram", with_command_name<create_slack_histogram>);
+  add_command(engine, "delete_timing_report_panel",
+              with_command_name<delete_timing_report_panel>);
 }
 
 } // namespace vexa

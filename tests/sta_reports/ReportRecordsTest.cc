@@ -1,0 +1,148 @@
+// The parts of the report commands that need no design: option parsing,
+// histogram binning, constraint splitting and the folding of path points.
+#include "reports/DesignReports.hh"
+#include "reports/PathFinder.hh"
+#include "reports/PathPanel.hh"
+#include "reports/ReportArgs.hh"
+#include "reports/ReportOutput.hh"
+
+#include <gtest/gtest.h>
+#include <tcl.h>
+
+namespace vexa {
+namespace {
+
+// Tcl objects need the library's subsystems, which an interpreter sets up.
+const bool tcl_ready = [] {
+  Tcl_FindExecutable(nullptr);
+  Tcl_DeleteInterp(Tcl_CreateInterp());
+  return true;
+}();
+
+// Builds objv from words and parses them with report_timing's kind of table.
+ReportArgs parse(std::vector<std::string> words)
+{
+  std::vector<Tcl_Obj *> objs;
+  for (const std::string &word : words) {
+    objs.push_back(Tcl_NewStringObj(word.c_str(), -1));
+    Tcl_IncrRefCount(objs.back());
+  }
+  struct Release
+  {
+    std::vector<Tcl_Obj *> &objs;
+    ~Release()
+    {
+      for (Tcl_Obj *obj : objs)
+        Tcl_DecrRefCount(obj);
+    }
+  } release{objs};
+  return ReportArgs("cmd", static_cast<int>(objs.size()), objs.data(),
+                    {{"-npaths", true}, {"-nworst", true}, {"-setup", false},
+                     {"-panel_name", true}, {"-less_than_slack", true}},
+                    1);
+}
+
+TEST(ReportArgs, AcceptsUniquePrefixesAndRefusesAmbiguousOnes)
+{
+  ReportArgs args = parse({"cmd", "-np", "5", "-se", "-panel_name", "A B", "target"});
+  EXPECT_EQ(args.positive_int("-npaths"), 5);
+  EXPECT_TRUE(args.has("-setup"));
+  EXPECT_EQ(args.value("-panel_name"), "A B");
+  EXPECT_EQ(args.positionals(), std::vector<std::string>{"target"});
+  EXPECT_EQ(args.command_line(), "cmd -np 5 -se -panel_name {A B} target");
+  EXPECT_THROW(parse({"cmd", "-n", "5"}), ReportError);          // -npaths or -nworst
+  EXPECT_THROW(parse({"cmd", "a", "b"}), ReportError);           // one positional only
+}
+
+TEST(ReportArgs, NumbersAreChecked)
+{
+  EXPECT_EQ(parse({"cmd", "-less_than_slack", "-0.5"}).number("-less_than_slack"), -0.5);
+  for (const char *bad : {"0", "-3", "", "2x", "1.5"})
+    EXPECT_THROW(parse({"cmd", "-npaths", bad}).positive_int("-npaths"), ReportError) << bad;
+  EXPECT_THROW(parse({"cmd", "-less_than_slack", "abc"}).number("-less_than_slack"),
+               ReportError);
+}
+
+TEST(PanelName, RefusesQuotesSeparatorsAndEmptyNames)
+{
+  EXPECT_NO_THROW(check_panel_name("Summary (Setup)"));
+  for (const char *bad : {"", "a\"b", "a||b"})
+    EXPECT_THROW(check_panel_name(bad), ReportError) << bad;
+}
+
+TEST(HistogramBins, SpanTheDataAndCountEveryValueOnce)
+{
+  std::vector<double> values = {-1.0, -0.5, 0.0, 0.25, 1.0};
+  auto bins = histogram_bins(values, 4, std::nullopt, std::nullopt);
+  ASSERT_EQ(bins.size(), 4u);
+  EXPECT_DOUBLE_EQ(bins.front().from, -1.0);
+  EXPECT_DOUBLE_EQ(bins.back().to, 1.0);
+  int total = 0;
+  for (const auto &bin : bins)
+    total += bin.count;
+  EXPECT_EQ(total, 5);  // the maximum falls in the last bin, not past it
+  EXPECT_EQ(bins[0].count, 1);
+  EXPECT_EQ(bins[1].count, 1);
+  EXPECT_EQ(bins[2].count, 2);
+  EXPECT_EQ(bins[3].count, 1);
+}
+
+TEST(HistogramBins, GivenLimitsDropValuesOutsideAndSingleValuesGetARange)
+{
+  auto bins = histogram_bins({-5.0, 0.5, 9.0}, 2, 0.0, 1.0);
+  EXPECT_EQ(bins[0].count + bins[1].count, 1);
+  auto single = histogram_bins({2.0, 2.0}, 3, std::nullopt, std::nullopt);
+  EXPECT_LT(single.front().from, single.back().to);
+  EXPECT_EQ(single.back().count, 2);
+  EXPECT_THROW(histogram_bins({}, 0, std::nullopt, std::nullopt), ReportError);
+  EXPECT_THROW(histogram_bins({}, 5, 1.0, 1.0), ReportError);
+}
+
+TEST(Constraints, SplitIntoOptionsValueAndTargetsWithoutEvaluating)
+{
+  ConstraintEntry clock =
+    parse_constraint("create_clock -name clk -period 10 -waveform {0 5} [get_ports clk]");
+  EXPECT_EQ(clock.command, "create_clock");
+  EXPECT_EQ(clock.options, (std::vector<std::pair<std::string, std::string>>{
+                             {"-name", "clk"}, {"-period", "10"}, {"-waveform", "0 5"}}));
+  EXPECT_EQ(clock.targets, "[get_ports clk]");
+
+  ConstraintEntry delay =
+    parse_constraint("set_input_delay -max 1.5 -clock clk [get_ports {a[0] a[1]}]");
+  EXPECT_EQ(delay.value, "1.5");
+  EXPECT_EQ(delay.options, (std::vector<std::pair<std::string, std::string>>{
+                             {"-max", ""}, {"-clock", "clk"}}));
+
+  // -source is a flag only for clock latency.
+  EXPECT_EQ(parse_constraint("set_clock_latency -source 1 [get_clocks c]").value, "1");
+  EXPECT_EQ(parse_constraint("create_generated_clock -source [get_ports c] -divide_by 2 x")
+              .options[0].second,
+            "[get_ports c]");
+  EXPECT_EQ(constraint_table_title("set_multicycle_path"), "Multicycle Paths");
+  EXPECT_EQ(constraint_table_title("set_disable_timing"), "Other Constraints");
+}
+
+TEST(PathPoints, InterconnectRowsFoldIntoTheNextCellUnlessRoutingIsShown)
+{
+  auto point = [](double total, double incr, const char *type, const char *element) {
+    PathPointRecord p;
+    p.total = total;
+    p.incr = incr;
+    p.type = type;
+    p.element = element;
+    return p;
+  };
+  std::vector<PathPointRecord> points = {
+    point(1.0, 1.0, "uTco", "r1/Q"), point(1.2, 0.2, "IC", "u1/A"),
+    point(1.5, 0.3, "CELL", "u1/Y"), point(1.6, 0.1, "IC", "r2/D"),
+    point(1.6, 0.0, "", "data arrival time")};
+  auto folded = path_point_rows(points, false);
+  ASSERT_EQ(folded.size(), 4u);  // u1/A folded; the end pin r2/D stays
+  EXPECT_EQ(folded[1][6], "u1/Y");
+  EXPECT_EQ(folded[1][1], "0.500");
+  EXPECT_EQ(folded[2][6], "r2/D");
+  EXPECT_EQ(path_point_rows(points, true).size(), 5u);
+}
+
+} // namespace
+} // namespace vexa
