@@ -1,7 +1,8 @@
 // Debian's opensta-dev package ships Graph.hh, which includes this header,
-// without shipping it. Only the declarations Graph.hh names are given here:
-// the table's methods are defined in libOpenSTA.a. Code of this system must
-// not depend on the layout of sta::Graph beyond its out-of-line methods.
+// without shipping it. Only the declarations Graph.hh needs are given here;
+// the table's methods are defined in libOpenSTA.a. The data members give the
+// table the library's size (40 bytes), so that sizeof(sta::Graph) and the
+// offsets of its later members agree with the library (0x238 bytes).
 #pragma once
 #include <cstddef>
 #include "ObjectId.hh"
@@ -31,8 +32,8 @@ private:
   size_t blocks_size_;
   size_t blocks_capacity_;
   ArrayBlock<TYPE> **blocks_;
-  ArrayBlock<TYPE> **prev_blocks_;
-  void *free_blocks_[3];
 };
+
+static_assert(sizeof(ArrayTable<float>) == 40, "ArrayTable must match libOpenSTA.a");
 
 } // namespace sta

@@ -100,8 +100,8 @@ int create_timing_netlist(Engine &engine, Tcl_Interp *interp, int objc, Tcl_Obj 
   if (risefall && !family->rise_fall)
     return engine.tcl_error("create_timing_netlist: family " + family->name
                             + " does not support rise/fall netlists");
-  if (grade.empty() || fast)
-    grade = grade.empty() ? settings.speed_grade : grade;
+  if (grade.empty())
+    grade = settings.speed_grade;
   const SpeedGrade *speed = family->find_grade(grade);
   if (!speed)
     return engine.tcl_error("create_timing_netlist: family " + family->name
