@@ -8,6 +8,7 @@
 #include <QMetaObject>
 #include <QPointer>
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -39,6 +40,8 @@ QPointer<QCoreApplication> g_wake_app;
 // A command that runs the queue again (for instance through a modal dialog's
 // event loop) continues with this batch first, so the order is kept.
 std::deque<ATCL_POSTED> g_batch;
+// Its size, for atcl_queue_size() on other threads.
+std::atomic<size_t> g_batch_size{0};
 
 void atcl_run_posted(ATCL_POSTED& posted) {
   Tcl_Interp* interp = atcl_get_interpreter();
@@ -72,6 +75,7 @@ bool atcl_take_batch() {
     for (auto& posted : g_queue) g_batch.push_back(std::move(posted));
     g_queue.clear();
   }
+  g_batch_size.store(g_batch.size(), std::memory_order_relaxed);
   return true;
 }
 
@@ -80,6 +84,7 @@ bool atcl_run_one_of_batch() {
   if (g_batch.empty()) return false;
   ATCL_POSTED posted = std::move(g_batch.front());
   g_batch.pop_front();
+  g_batch_size.store(g_batch.size(), std::memory_order_relaxed);
   atcl_run_posted(posted);
   return true;
 }
@@ -148,9 +153,7 @@ int atcl_flush_queue(int run_all, int timeout_ms) {
 
 size_t atcl_queue_size() {
   std::lock_guard<std::mutex> lock(g_queue_mutex);
-  // The batch belongs to the GUI thread; reading its size here is only a hint
-  // from other threads, exact on the GUI thread itself.
-  return g_queue.size() + g_batch.size();
+  return g_queue.size() + g_batch_size.load(std::memory_order_relaxed);
 }
 
 std::string atcl_transform_string(const std::string& text) {
