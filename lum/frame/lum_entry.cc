@@ -1,0 +1,107 @@
+#include "frame/lum_entry.hh"
+
+#include <dlfcn.h>
+
+#include <memory>
+
+#include <QApplication>
+#include <QPixmap>
+#include <QPointer>
+#include <QTimer>
+
+#include "engine/lum_console_ctrl.hh"
+#include "frame/lum_detached_frame.hh"
+#include "tcl/lum_tcl_args_auto.hh"
+#include "platform/atcl.hh"
+#include "platform/cfg.hh"
+#include "platform/gen.hh"
+#include "platform/msg.hh"
+
+namespace {
+
+const char* const MODULE = "lum_detached_frame";
+void* g_module_handle = nullptr;
+
+// The loader runs these around the library's life, like a platform's DLL
+// entry: nothing else has to remember to call tsm_lum_DllMain.
+__attribute__((constructor)) void lum_library_loaded() {
+  Dl_info info;
+  void* handle = nullptr;
+  if (dladdr(reinterpret_cast<void*>(&lum_library_loaded), &info) != 0) handle = info.dli_fbase;
+  tsm_lum_DllMain(handle, TSM_LUM_ATTACH);
+}
+
+__attribute__((destructor)) void lum_library_unloaded() { tsm_lum_DllMain(g_module_handle, TSM_LUM_DETACH); }
+
+// The front end's own packages in its interpreter, as the engine's call-backs need them.
+void load_front_end_packages() {
+  // "::vexa::lum" brings the message commands msg_post and msg_internal_error with it.
+  if (lum_lum_register_tcl() != TCL_OK) msg_internal_error("lum_lum_register_tcl() == TCL_OK", MODULE, __LINE__);
+  // Bus names as the engine writes them; the command belongs to a package
+  // that may be absent, which is no error.
+  atcl_tcl_eval("catch {enable_natural_bus_naming}");
+}
+
+}  // namespace
+
+extern "C" int tsm_lum_DllMain(void* module_handle, unsigned long reason) {
+  if (reason == TSM_LUM_ATTACH) g_module_handle = module_handle;
+  else if (reason == TSM_LUM_DETACH) g_module_handle = nullptr;
+  return 1;
+}
+
+extern "C" void* tsm_lum_get_module_handle() { return g_module_handle; }
+
+extern "C" void* lum_dyn_adv_kro_tool() {
+  if (qApp == nullptr) {
+    msg_internal_error("qApp != NULL", MODULE, __LINE__);
+    return nullptr;
+  }
+  if (LUM_DETACHED_FRAME* frame = LUM_DETACHED_FRAME::get_instance()) {
+    frame->activate_frame(-1);
+    return frame;
+  }
+  load_front_end_packages();
+  LUM_DETACHED_FRAME* frame = LUM_DETACHED_FRAME::load_frame();
+  if (frame == nullptr) return nullptr;
+  frame->activate_frame(1);
+  return frame;
+}
+
+extern "C" int lum_set_switch(const char* assignment) {
+  return assignment != nullptr && cfg_set_override_from_assignment(assignment) ? 1 : 0;
+}
+
+extern "C" int lum_open_project_file(const char* path) {
+  LUM_DETACHED_FRAME* frame = LUM_DETACHED_FRAME::get_instance();
+  if (frame == nullptr || path == nullptr) return 0;
+  return frame->open_project(path) ? 1 : 0;
+}
+
+extern "C" int lum_queue_engine_command(const char* command) {
+  LUM_DETACHED_FRAME* frame = LUM_DETACHED_FRAME::get_instance();
+  if (frame == nullptr || frame->get_console_ctrl() == nullptr || command == nullptr) return 0;
+  frame->get_console_ctrl()->run_command(command);
+  return 1;
+}
+
+extern "C" int lum_save_screenshot_when_idle(const char* png_path) {
+  LUM_DETACHED_FRAME* frame = LUM_DETACHED_FRAME::get_instance();
+  if (frame == nullptr || png_path == nullptr) return 0;
+  auto* timer = new QTimer(frame);
+  auto idle_ticks = std::make_shared<int>(0);
+  const QString path = QString::fromUtf8(png_path);
+  QObject::connect(timer, &QTimer::timeout, frame, [frame, timer, idle_ticks, path] {
+    LUM_CONSOLE_CTRL* console = frame->get_console_ctrl();
+    const bool idle = console == nullptr || (!console->is_busy() && console->pending_count() == 0 &&
+                                             !console->get_msg_display()->has_lines() && atcl_queue_size() == 0);
+    // Two idle ticks in a row, so that the last rows have been painted.
+    *idle_ticks = idle ? *idle_ticks + 1 : 0;
+    if (*idle_ticks < 2) return;
+    timer->stop();
+    frame->grab().save(path, "PNG");
+    frame->close();
+  });
+  timer->start(250);
+  return 1;
+}
