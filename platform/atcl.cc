@@ -10,9 +10,12 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdio>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+
+#include <unistd.h>
 
 namespace {
 
@@ -102,10 +105,16 @@ void atcl_drain_from_event_loop() {
 
 Tcl_Interp* atcl_get_interpreter() {
   if (g_interp == nullptr) {
-    Tcl_FindExecutable(nullptr);
+    // The program's own path, so that [info nameofexecutable] is right.
+    char exe[4096];
+    ssize_t length = ::readlink("/proc/self/exe", exe, sizeof exe - 1);
+    if (length > 0) exe[length] = '\0';
+    Tcl_FindExecutable(length > 0 ? exe : nullptr);
     g_interp = Tcl_CreateInterp();
+    // Without its library scripts the interpreter lacks unknown, clock and
+    // friends: say so where a user can see it, the front end still runs.
     if (Tcl_Init(g_interp) != TCL_OK)
-      msg_debug("Tcl_Init failed: %s", Tcl_GetStringResult(g_interp));
+      std::fprintf(stderr, "Tcl_Init failed: %s\n", Tcl_GetStringResult(g_interp));
     Tcl_ResetResult(g_interp);
     msg_register_tcl_commands(g_interp);
   }
