@@ -76,6 +76,9 @@ proc ::vexa::get_objects {name saved arglist} {
   if {$hierarchical && $name in {get_cells get_pins get_nets}} {
     lappend options -hierarchical
   }
+  # OpenSTA resolves names through these commands itself; only the user's
+  # own calls without -quiet warn about an empty result.
+  set warn [expr {"-quiet" ni $options && [uplevel 2 {namespace current}] ne "::sta"}]
   if {"-quiet" ni $options} { lappend options -quiet }
   if {$nocase && $patterns ne ""} {
     set all [$saved {*}$options *]
@@ -87,7 +90,7 @@ proc ::vexa::get_objects {name saved arglist} {
   } else {
     set result [$saved {*}$options $patterns]
   }
-  if {$result eq "" && $patterns ne "" && "-of_objects" ni $options} {
+  if {$warn && $result eq "" && $patterns ne "" && "-of_objects" ni $options} {
     no_match_warning $name $patterns
   }
   return $result

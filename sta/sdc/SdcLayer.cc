@@ -110,9 +110,44 @@ proc ::vexa::sdc_line {name arglist} {
   return [join $words " "]
 }
 
+# The dialogs write "-thru"; OpenSTA's exception commands call it "-through".
+proc ::vexa::normalise_thru {arglist} {
+  set out {}
+  foreach word $arglist {
+    switch -exact -- $word {
+      -thru { lappend out -through }
+      -rise_thru { lappend out -rise_through }
+      -fall_thru { lappend out -fall_through }
+      default { lappend out $word }
+    }
+  }
+  return $out
+}
+
+# set_clock_uncertainty with neither objects nor -from/-to applies to every
+# clock, as the uncertainty dialog's shortest form expects.
+proc ::vexa::uncertainty_targets {arglist} {
+  set positional 0
+  for {set i 0} {$i < [llength $arglist]} {incr i} {
+    set word [lindex $arglist $i]
+    if {$word in {-from -rise_from -fall_from -to -rise_to -fall_to}} { return $arglist }
+    if {[string match -* $word] && ![string is double -strict $word]} { continue }
+    incr positional
+  }
+  if {$positional == 1} { lappend arglist [all_clocks] }
+  return $arglist
+}
+
 proc ::vexa::sdc_apply {name saved arglist} {
   ::vexa::require_netlist $name
-  set result [$saved {*}$arglist]
+  set effective $arglist
+  switch -- $name {
+    set_false_path - set_multicycle_path - set_max_delay - set_min_delay {
+      set effective [normalise_thru $arglist]
+    }
+    set_clock_uncertainty { set effective [uncertainty_targets $arglist] }
+  }
+  set result [$saved {*}$effective]
   ::vexa::constraint_applied [sdc_line $name $arglist]
   return $result
 }

@@ -114,6 +114,42 @@ TEST_F(EngineSession, ClocksMadeOrRemovedByAnyCommandAreRegistered)
   EXPECT_NE(unknown[0].find("nosuch"), std::string::npos);
 }
 
+TEST_F(EngineSession, ConstraintsInTheFormsTheDialogsComposeAreAccepted)
+{
+  open_with_netlist();
+  const char *commands[] = {
+    "create_clock -period 10.000 -name clk -waveform {0 5} {clk}",
+    "create_clock -period 20.000 -name virt -add",
+    "create_generated_clock -name g1 -master_clock clk -source clk -divide_by 2 r1/Q",
+    "create_generated_clock -name g2 -source clk -multiply_by 2 -duty_cycle 25 -invert u2/Y",
+    "create_generated_clock -name g3 -master_clock clk -source clk -edges {1 3 5} "
+    "-edge_shift {0.5 0.5 0.5} u1/Y",
+    "create_generated_clock -name g4 -master_clock clk -source clk -divide_by 4 -phase 90 -add u3/Y",
+    "remove_clock -name g4",
+    "set_clock_latency -source 1 clk",
+    "set_clock_latency -clock clk -source -late -fall 0.5 [get_ports clk]",
+    "set_clock_uncertainty -setup 0.1",
+    "set_clock_uncertainty -from clk -to clk -setup -hold 0.2",
+    "set_input_delay  2 a",
+    "set_input_delay -clock clk -clock_fall -rise -max -add_delay 2 [get_ports b]",
+    "set_output_delay -clock clk -fall -min 1 q*",
+    "set_output_delay -clock clk -reference_pin [get_pins r1/CLK] 1 {q[0]}",
+    "set_false_path -from a -thru u1/Y -to r1/D",
+    "set_multicycle_path -setup -end 2",
+    "set_multicycle_path -from [get_keepers r1/CLK] -to [get_registers r2] -hold -start 1",
+    "set_max_delay -from a 5",
+    "set_min_delay -to [get_ports q*] 1",
+  };
+  for (const char *command : commands) {
+    Lines out = engine.command(command);
+    EXPECT_TRUE(lines_starting(out, "msg_post 0 error").empty()) << command << "\n" << joined(out);
+    EXPECT_TRUE(lines_starting(out, "msg_post 0 warning").empty()) << command << "\n" << joined(out);
+    EXPECT_TRUE(contains(out, "lum_set_state -netlist_is_up_to_date 0")) << command;
+  }
+  Lines report = engine.command("report_checks");
+  EXPECT_TRUE(lines_starting(report, "msg_post 0 error").empty()) << joined(report);
+}
+
 TEST_F(EngineSession, SdcErrorNamesFileAndLineAndKeepsTheRest)
 {
   open_with_netlist();
