@@ -173,7 +173,7 @@ int main(int argc, char** argv) {
 
   std::printf("Generating a design of about %ld cells in %s ...\n", cells, dir.c_str());
   std::fflush(stdout);
-  Run gen = measure({"python3", CHRONEL_BENCH_GENERATOR, "--out", dir, "--cells", std::to_string(cells)});
+  Run gen = measure({CHRONEL_BENCH_PYTHON, CHRONEL_BENCH_GENERATOR, "--out", dir, "--cells", std::to_string(cells)});
   if (!gen.ok) {
     std::fprintf(stderr, "sta_bench: the generator failed:\n%s\n", gen.output.c_str());
     return 1;
