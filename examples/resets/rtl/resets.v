@@ -16,7 +16,8 @@ module resets (
   output reg       valid,
   output reg       busy_n,
   output     [7:0] host_out,
-  output reg [7:0] crc
+  output reg [7:0] crc,
+  output reg       timeout
 );
   reg rst_meta, rst_sync_n;
   always @(posedge clk or negedge rst_n)
@@ -64,6 +65,18 @@ module resets (
       crc <= 8'hff;
     else
       crc <= {crc[6:0], 1'b0} ^ ((crc[7] ^ rx_q) ? 8'h07 : 8'h00) ^ host_in;
+
+  // Line-idle watchdog: counts cycles without a change on rx and flags a
+  // stalled line until the host acknowledges.
+  reg [15:0] idle;
+  always @(posedge clk or negedge rst_sync_n)
+    if (!rst_sync_n) begin
+      idle    <= 16'd0;
+      timeout <= 1'b0;
+    end else begin
+      idle    <= (rx_q != rx) ? 16'd0 : idle + 16'd1;
+      timeout <= (idle == 16'hffff) | (timeout & ~ack);
+    end
 
   // Level-sensitive hold register, open while clk is low: the latch (the
   // library's LATCH cell is open while its CLK is high) gets the inverted
