@@ -156,19 +156,20 @@ int ATCL_ARGS::process_tcl_command_arguments(const ATCL_CMD* cmd, bool* help_sho
         m_values[e] = value;
         continue;
       }
-      if (next_positional >= positionals.size()) {
-        // Say why the option is not one: ambiguous, of another command, or unknown.
-        std::string candidates;
-        int matches = 0;
+      // An ambiguous abbreviation is refused even where a positional value
+      // could go: it is plainly meant as an option.
+      std::string candidates;
+      int matches = 0;
+      if (word[1] != 0) {
         std::vector<std::string> names = {"help", "long_help"};
         for (const ATCL_ARG_RECORD* r : cmd->get_arguments())
           if (!(r->attributes & ATCL_ARG_POSITIONAL)) names.push_back(cmd->argument_name(r->enum_value));
-        for (const std::string& n : names) {
-          if (word[1] != 0 && n.compare(0, strlen(word + 1), word + 1) == 0) candidates += (matches++ ? ", -" : "-") + n;
-        }
-        if (matches > 1) return fail(cmd, "option \"" + std::string(word) + "\" is ambiguous: " + candidates);
-        return fail(cmd, "unknown option \"" + std::string(word) + "\"");
+        for (const std::string& n : names)
+          if (n != word + 1 && n.compare(0, strlen(word + 1), word + 1) == 0) candidates += (matches++ ? ", -" : "-") + n;
       }
+      if (matches > 1 && record == nullptr)
+        return fail(cmd, "option \"" + std::string(word) + "\" is ambiguous: " + candidates);
+      if (next_positional >= positionals.size()) return fail(cmd, "unknown option \"" + std::string(word) + "\"");
     }
     if (next_positional >= positionals.size())
       return fail(cmd, "too many arguments: \"" + std::string(word) + "\" is not expected");

@@ -125,6 +125,8 @@ bool LUM_CONSOLE_CTRL::MwShutdown() {
 
 void LUM_CONSOLE_CTRL::close_pipes() {
   if (m_ipc_object && m_thread != nullptr) {
+    // The GUI thread stops draining the queue now; the reader must not wait for it.
+    m_ipc_object->set_unthrottled(true);
     write_to_kro("exit\n");
     // The engine normally ends at once. One that ignores "exit" is given end
     // of file and finally killed, so that closing the window cannot hang.

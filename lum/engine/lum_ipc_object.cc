@@ -2,8 +2,11 @@
 
 #include <tcl.h>
 
+#include <chrono>
+#include <condition_variable>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 
 #include "lum_msg_display.hh"
 #include "platform/atcl.hh"
@@ -28,7 +31,38 @@ std::string target_prefix(const char* command, MSG_REPORT* target) {
   return std::string(command) + number;
 }
 
+// Flow control between the reader threads and the GUI thread's queue.
+std::atomic<int> g_outstanding{0};
+std::mutex g_flow_mutex;
+std::condition_variable g_flow_drained;
+
+void post_done(int /*code*/, const char* /*result*/, void* /*data*/) {
+  if (g_outstanding.fetch_sub(1) == LUM_IPC_OBJECT::MAX_OUTSTANDING_POSTS / 2) {
+    std::lock_guard<std::mutex> lock(g_flow_mutex);
+    g_flow_drained.notify_all();
+  }
+}
+
 }  // namespace
+
+int LUM_IPC_OBJECT::get_outstanding_posts() { return g_outstanding.load(); }
+
+void LUM_IPC_OBJECT::set_unthrottled(bool unthrottled) {
+  m_unthrottled.store(unthrottled);
+  std::lock_guard<std::mutex> lock(g_flow_mutex);
+  g_flow_drained.notify_all();
+}
+
+void LUM_IPC_OBJECT::post_command(const std::string& command) {
+  if (g_outstanding.load() >= MAX_OUTSTANDING_POSTS && !m_first_prompt.load()) {
+    std::unique_lock<std::mutex> lock(g_flow_mutex);
+    while (g_outstanding.load() > MAX_OUTSTANDING_POSTS / 2 && !m_unthrottled.load()) {
+      g_flow_drained.wait_for(lock, std::chrono::milliseconds(10));
+    }
+  }
+  g_outstanding.fetch_add(1);
+  atcl_post(command.c_str(), 0, post_done);
+}
 
 THR_EVENT& LUM_IPC_OBJECT::get_startup_event() {
   static THR_EVENT startup;
@@ -53,7 +87,7 @@ void LUM_IPC_OBJECT::mark_ended() {
 }
 
 void LUM_IPC_OBJECT::forward_buffer() {
-  atcl_post(m_line_buffer.c_str(), 0, nullptr);
+  post_command(m_line_buffer);
   m_line_buffer.clear();
 }
 

@@ -67,6 +67,23 @@ class LUM_IPC_OBJECT : public IPC_COMMAND {
   // Size of the command being gathered (tests).
   size_t get_line_buffer_size() const { return m_line_buffer.size(); }
 
+  // Flow control. A flood of engine output must not pile up unboundedly in
+  // the interpreter's queue (memory, and one endless drain on the GUI
+  // thread): while this many forwarded commands wait to run, the reader stops
+  // reading, so the engine blocks on its full pipe. Never while the GUI
+  // thread waits for the first prompt, or once unthrottled (shutdown).
+  static constexpr int MAX_OUTSTANDING_POSTS = 16384;
+  // Commands forwarded and not yet run, over all engines of the process.
+  static int get_outstanding_posts();
+  void set_unthrottled(bool unthrottled);
+
+ protected:
+  // Hands a complete command to the front end's interpreter queue. Tests
+  // override it to see the commands.
+  virtual void post_command(const std::string& command);
+
+ public:
+
   // The process-wide engine-startup event: posted at the first prompt of an
   // engine; reset when a console is made.
   static THR_EVENT& get_startup_event();
@@ -83,6 +100,7 @@ class LUM_IPC_OBJECT : public IPC_COMMAND {
   std::vector<std::string>* m_hidden_result = nullptr;
   THR_EVENT m_idle;
   std::atomic<bool> m_ended{false};
+  std::atomic<bool> m_unthrottled{false};
   bool m_forward = false;  // the first line of the gathered command was recognised
   std::string m_post_prefix;
   std::string m_ie_prefix;

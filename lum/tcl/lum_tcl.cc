@@ -70,13 +70,22 @@ int lum_lum_report_status(ClientData, Tcl_Interp* interp, int argc, const char* 
 }
 
 int lum_lum_echo_stdout(ClientData, Tcl_Interp* interp, int argc, const char* argv[]) {
+  // The engine sends any line of text as the single word, including texts
+  // such as "-h" or "--" that the argument library would take as options, so
+  // a single word is the text as it stands; other calls are parsed as usual.
+  const char* text = nullptr;
   ATCL_ARGS args(interp);
-  bool help_shown = false;
-  int result = lum_init_lum_echo_stdout(&args, &help_shown, argc, argv);
-  if (result != TCL_OK || help_shown) return result;
+  if (argc == 2) {
+    text = argv[1];
+  } else {
+    bool help_shown = false;
+    int result = lum_init_lum_echo_stdout(&args, &help_shown, argc, argv);
+    if (result != TCL_OK || help_shown) return result;
+    text = args.get_one_arg_pos_option(0);
+  }
   LUM_FRAME_IFACE* frame = lum_get_frame();
   if (frame == nullptr) return TCL_OK;
-  if (LUM_MSG_DISPLAY* display = console_display(frame)) display->echo_stdout(args.get_one_arg_pos_option(0));
+  if (LUM_MSG_DISPLAY* display = console_display(frame)) display->echo_stdout(text);
   return TCL_OK;
 }
 

@@ -1,0 +1,289 @@
+// The console control against a scripted engine (fake_engine): start-up,
+// the command queue and busy state, hidden commands, history, the drain into
+// the row model, engine death and shutdown.
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <fstream>
+
+#include "lum_test_support.hh"
+#include "platform/cfg.hh"
+#include "tcl/lum_tcl_args_auto.hh"
+
+namespace {
+
+std::string fake_engine(const std::string& options = "") {
+  return std::string("\"") + CHRONEL_BIN_DIR + "/fake_engine\" " + options;
+}
+
+class ConsoleWithScriptedEngine : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    lum_test_app();
+    ASSERT_EQ(lum_lum_register_tcl(), TCL_OK);
+  }
+  void SetUp() override {
+    ASSERT_TRUE(dir.isValid());
+    log_path = dir.filePath("commands.log").toStdString();
+    console = std::make_unique<LUM_CONSOLE_CTRL>();
+    frame.console = console.get();
+    lum_set_frame(&frame);
+    msg_set_internal_error_handler([this](const std::string& condition, const std::string&, int) {
+      internal_errors.push_back(condition);
+    });
+  }
+  void TearDown() override {
+    console.reset();
+    lum_set_frame(nullptr);
+    msg_set_internal_error_handler(nullptr);
+    cfg_clear_overrides();
+  }
+
+  bool start(const std::string& options = "") {
+    console->set_engine_command_line(fake_engine("--log \"" + log_path + "\" " + options));
+    return console->startup();
+  }
+  // Runs the event loop until the engine has answered every command.
+  bool settle(int timeout_ms = 10000) {
+    return lum_pump_until([this] {
+      return !console->is_busy() && console->pending_count() == 0 && !console->get_msg_display()->has_lines();
+    }, timeout_ms);
+  }
+  std::vector<std::string> received() {
+    std::vector<std::string> lines;
+    std::ifstream in(log_path);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+  }
+  std::vector<std::string> rows() {
+    std::vector<std::string> texts;
+    LUM_CONSOLE_MODEL* model = console->get_model();
+    for (int i = 0; i < model->row_count(); ++i) texts.emplace_back(model->row_text(i));
+    return texts;
+  }
+
+  QTemporaryDir dir;
+  std::string log_path;
+  LUM_TEST_FRAME frame;
+  LUM_TEST_BOXES boxes;
+  std::vector<std::string> internal_errors;
+  std::unique_ptr<LUM_CONSOLE_CTRL> console;
+};
+
+TEST_F(ConsoleWithScriptedEngine, StartupWaitsForTheFirstPromptThenBecomesReady) {
+  ASSERT_TRUE(start("--startup-delay 300"));
+  EXPECT_TRUE(LUM_IPC_OBJECT::get_startup_event().is_posted());
+  EXPECT_TRUE(console->is_busy());
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(console->get_model()->row_count(), 1);
+  EXPECT_EQ(console->get_model()->row_type(0), LUM_KRO_OUTPUT_TCL_PROMPT);
+  EXPECT_EQ(frame.status_panes[1], "Ready");
+}
+
+TEST_F(ConsoleWithScriptedEngine, EngineThatDiesOrCannotStartFailsTheStartup) {
+  EXPECT_FALSE(start("--die-before-prompt"));
+  console = std::make_unique<LUM_CONSOLE_CTRL>();
+  frame.console = console.get();
+  console->set_engine_command_line("\"/nonexistent/vexa_sta\" --ipc_sh");
+  EXPECT_FALSE(console->startup());
+}
+
+TEST_F(ConsoleWithScriptedEngine, CommandsQueueWhileBusyAndRunInOrderAfterEachPrompt) {
+  ASSERT_TRUE(start());
+  ASSERT_TRUE(settle());
+  QSignalSpy history(console.get(), &LUM_CONSOLE_CTRL::history_entry_added);
+  console->run_command("sleep 200\n");
+  console->run_command("raw echo_stdout  second\r\n");
+  console->run_command("raw echo_stdout  third");
+  EXPECT_TRUE(console->is_busy());
+  EXPECT_EQ(console->pending_count(), 2u);
+  // Only the first has been written so far.
+  lum_pump_until([] { return false; }, 100);
+  EXPECT_EQ(received(), (std::vector<std::string>{"sleep 200"}));
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(received(),
+            (std::vector<std::string>{"sleep 200", "raw echo_stdout  second", "raw echo_stdout  third"}));
+  EXPECT_EQ(rows(), (std::vector<std::string>{"sleep 200", "raw echo_stdout  second", "second",
+                                              "raw echo_stdout  third", "third", ""}));
+  EXPECT_EQ(history.count(), 3);
+  EXPECT_GE(frame.next_task_starts, 3);
+}
+
+TEST_F(ConsoleWithScriptedEngine, HistoryKeepsRepeatsOnceButTheTabGetsEveryCommand) {
+  ASSERT_TRUE(start());
+  ASSERT_TRUE(settle());
+  QSignalSpy history(console.get(), &LUM_CONSOLE_CTRL::history_entry_added);
+  for (const char* cmd : {"a", "a", "b", "", "a"}) console->run_command(cmd);
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(history.count(), 5);
+  EXPECT_EQ(console->get_history(), (std::vector<std::string>{"a", "b", "a"}));
+  EXPECT_EQ(console->history_older(), "a");
+  EXPECT_EQ(console->history_older(), "b");
+  EXPECT_EQ(console->history_older(), "a");
+  EXPECT_EQ(console->history_older(), "a");  // stays on the oldest
+  EXPECT_EQ(console->history_newer(), "b");
+  EXPECT_EQ(console->history_newer(), "a");
+  EXPECT_EQ(console->history_newer(), "");  // from the newest: empty line
+  EXPECT_EQ(console->get_history_cursor(), -1);
+  EXPECT_EQ(console->history_oldest(), "a");
+  EXPECT_EQ(console->get_history_cursor(), 2);
+}
+
+TEST_F(ConsoleWithScriptedEngine, ClearEmptiesRowsWithoutSendingClearAndExitClosesTheFrame) {
+  ASSERT_TRUE(start());
+  console->run_command("raw echo_stdout  x");
+  ASSERT_TRUE(settle());
+  ASSERT_GT(console->get_model()->row_count(), 1);
+  console->run_command("clear");
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(received(), (std::vector<std::string>{"raw echo_stdout  x", " "}));
+  EXPECT_EQ(console->get_model()->row_count(), 1);  // the fresh prompt
+  console->run_command("exit");
+  EXPECT_FALSE(console->is_busy());
+  EXPECT_EQ(frame.close_requests, 1);
+  console->MwShutdown();
+  console->MwShutdown();
+  // "exit" reached the engine once, from the shutdown.
+  std::vector<std::string> sent = received();
+  EXPECT_EQ(sent.back(), "exit");
+  EXPECT_EQ(std::count(sent.begin(), sent.end(), "exit"), 1);
+  EXPECT_EQ(console->get_ipc_object(), nullptr);
+}
+
+TEST_F(ConsoleWithScriptedEngine, HiddenCommandReturnsTheTextLinesExactlyAndShowsNothing) {
+  ASSERT_TRUE(start());
+  ASSERT_TRUE(settle());
+  int rows_before = console->get_model()->row_count();
+  std::vector<std::string> result;
+  console->run_command("raw echo_stdout  a[1]\\necho_stdout {b c/d[2]\\n}\\necho_stdout  \\{x", &result);
+  EXPECT_EQ(result, (std::vector<std::string>{"a[1]", "b c/d[2]", "\\{x"}));
+  EXPECT_TRUE(console->get_history().empty());
+  lum_pump_until([] { return false; }, 50);
+  EXPECT_EQ(console->get_model()->row_count(), rows_before);
+
+  console->run_command("raw msg_internal_error 0 \"broken\"", &result);
+  EXPECT_EQ(result, (std::vector<std::string>{"Chronel Internal Error", "\"broken\""}));
+}
+
+TEST_F(ConsoleWithScriptedEngine, HiddenCommandWhileBusyIsRefusedWithTheCatalogueMessage) {
+  ASSERT_TRUE(start());
+  ASSERT_TRUE(settle());
+  console->run_command("sleep 300");
+  std::vector<std::string> result{"untouched"};
+  console->run_command("names", &result);
+  EXPECT_EQ(boxes.ids, (std::vector<std::string>{"LUM_STA_IS_BUSY"}));
+  EXPECT_EQ(result, (std::vector<std::string>{"untouched"}));
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(received(), (std::vector<std::string>{"sleep 300"}));
+}
+
+TEST_F(ConsoleWithScriptedEngine, HiddenCommandReturnsWhenTheEngineDies) {
+  ASSERT_TRUE(start());
+  ASSERT_TRUE(settle());
+  std::vector<std::string> result;
+  console->run_command("die", &result);
+  EXPECT_TRUE(result.empty());
+  EXPECT_TRUE(console->get_ipc_object()->has_ended());
+}
+
+TEST_F(ConsoleWithScriptedEngine, EngineDyingMidCommandIsReportedOnceAndClosesTheFrame) {
+  ASSERT_TRUE(start());
+  ASSERT_TRUE(settle());
+  QSignalSpy exited(console.get(), &LUM_CONSOLE_CTRL::kro_exited);
+  console->run_command("rawnp echo_stdout  partial_output");
+  console->run_command("die");  // queued behind the first, which never prompts
+  ASSERT_TRUE(lum_pump_until([this] { return rows().back() == "partial_output"; }, 3000)) << ::testing::PrintToString(rows());
+  ::kill(console->get_ipc_object()->get_pid(), SIGKILL);
+  ASSERT_TRUE(lum_pump_until([&] { return exited.count() > 0; }));
+  lum_pump_until([] { return false; }, 1200);  // further ticks report nothing more
+  EXPECT_EQ(exited.count(), 1);
+  EXPECT_FALSE(console->is_busy());
+  EXPECT_EQ(boxes.ids, (std::vector<std::string>{"LUM_STA_EXITED"}));
+  EXPECT_EQ(frame.close_requests, 1);
+  EXPECT_EQ(rows().back(), "partial_output");
+}
+
+TEST_F(ConsoleWithScriptedEngine, EngineInternalErrorIsShownAndTheEngineGoesOn) {
+  ASSERT_TRUE(start());
+  ASSERT_TRUE(settle());
+  console->run_command("raw msg_internal_error 0 \"invariant broken\"");
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(internal_errors, (std::vector<std::string>{"invariant broken"}));
+  LUM_CONSOLE_MODEL* model = console->get_model();
+  EXPECT_EQ(model->row_kind(1), static_cast<int>(MSG_KIND::INTERNAL_ERROR));
+  // Shown: the seen event is reset, so a later exit is reported again.
+  EXPECT_FALSE(console->get_msg_display()->get_internal_error_seen_event().is_posted());
+  console->run_command("raw echo_stdout  still_alive");
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(rows()[3], "still_alive") << ::testing::PrintToString(rows());
+}
+
+TEST_F(ConsoleWithScriptedEngine, ExitIsNotReportedWhileAnInternalErrorIsPendingOrWhenStartupIsSwitchedOff) {
+  ASSERT_TRUE(start());
+  ASSERT_TRUE(settle());
+  QSignalSpy exited(console.get(), &LUM_CONSOLE_CTRL::kro_exited);
+  console->get_msg_display()->get_internal_error_seen_event().post();
+  ::kill(console->get_ipc_object()->get_pid(), SIGKILL);
+  lum_pump_until([] { return false; }, 1500);
+  EXPECT_EQ(exited.count(), 0);
+  console->get_msg_display()->get_internal_error_seen_event().reset();
+  ASSERT_TRUE(lum_pump_until([&] { return exited.count() > 0; }));
+
+  cfg_set_override("lum_dont_startup_sta", "1");
+  console = std::make_unique<LUM_CONSOLE_CTRL>();
+  frame.console = console.get();
+  boxes.ids.clear();
+  frame.close_requests = 0;
+  ASSERT_TRUE(start());
+  QSignalSpy exited2(console.get(), &LUM_CONSOLE_CTRL::kro_exited);
+  ::kill(console->get_ipc_object()->get_pid(), SIGKILL);
+  ASSERT_TRUE(lum_pump_until([&] { return exited2.count() > 0; }));
+  EXPECT_TRUE(boxes.ids.empty());
+  EXPECT_EQ(frame.close_requests, 0);
+}
+
+TEST_F(ConsoleWithScriptedEngine, PartialLinesAndMultiLineCallBacksBecomeWholeRows) {
+  ASSERT_TRUE(start());
+  ASSERT_TRUE(settle());
+  console->run_command("partial echo_stdout  hel|lo");
+  console->run_command("raw echo_stdout {first\tline\\nsecond line\\n}\\nreport_status 42\\nlum_set_time_unit ps");
+  console->run_command("raw msg_post 0 warning VSTA-7 \"careful\" \"{extra_info VSTA-8 {more} {}}\"");
+  ASSERT_TRUE(settle());
+  std::vector<std::string> r = rows();
+  ASSERT_EQ(r.size(), 9u) << ::testing::PrintToString(r);
+  EXPECT_EQ(r[1], "hello");
+  EXPECT_EQ(r[3], "first    line");
+  EXPECT_EQ(r[4], "second line");
+  EXPECT_EQ(frame.status_panes[1], "Ready");  // the status "42%" was shown, then the prompt
+  EXPECT_EQ(frame.time_unit, "ps");
+  EXPECT_EQ(r[6], "Warning (VSTA-7): careful");
+  EXPECT_EQ(console->get_model()->row_level(7), 1);
+  EXPECT_EQ(r[7], "Extra Info (VSTA-8): more");
+  EXPECT_EQ(console->get_model()->row_message(7)->get_id(), "VSTA-8");
+  EXPECT_EQ(r[8], "");
+}
+
+TEST_F(ConsoleWithScriptedEngine, FloodArrivesCompleteAndInOrder) {
+  ASSERT_TRUE(start());
+  ASSERT_TRUE(settle());
+  console->run_command("flood 100000");
+  ASSERT_TRUE(settle(60000));
+  LUM_CONSOLE_MODEL* model = console->get_model();
+  ASSERT_EQ(model->row_count(), 100000 + 2);
+  EXPECT_EQ(model->row_text(1), "line0");
+  EXPECT_EQ(model->row_text(100000), "line99999");
+  EXPECT_EQ(model->rowCount(), model->row_count());
+}
+
+TEST_F(ConsoleWithScriptedEngine, ShutdownOfAnEngineThatIgnoresExitDoesNotHang) {
+  ASSERT_TRUE(start("--ignore-exit"));
+  ASSERT_TRUE(settle());
+  console->MwShutdown();  // "exit" ignored: end of input ends it
+  EXPECT_EQ(console->get_ipc_object(), nullptr);
+  EXPECT_EQ(received(), (std::vector<std::string>{"exit"}));
+}
+
+}  // namespace
