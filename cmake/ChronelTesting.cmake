@@ -34,8 +34,11 @@ function(chronel_add_test)
                          ENVIRONMENT "${env}")
   else()
     target_link_libraries(${T_NAME} PRIVATE GTest::gtest GTest::gtest_main GTest::gmock)
+    # gtest_discover_tests passes only the first entry of a list-valued
+    # ENVIRONMENT property on, so the environment travels through the launcher.
+    set_property(TARGET ${T_NAME} PROPERTY CROSSCOMPILING_EMULATOR ${CMAKE_COMMAND} -E env ${env})
     gtest_discover_tests(${T_NAME}
       DISCOVERY_MODE PRE_TEST
-      PROPERTIES LABELS ${T_LABEL} TIMEOUT ${T_TIMEOUT} ENVIRONMENT "${env}")
+      PROPERTIES LABELS ${T_LABEL} TIMEOUT ${T_TIMEOUT})
   endif()
 endfunction()
