@@ -212,14 +212,10 @@ int64_t RDB_PANEL_WRITER::add_object(const std::string& where, int kind,
   return object->id;
 }
 
-RDB_TABLE_WRITER RDB_PANEL_WRITER::start_table(int64_t object_id,
-                                               const std::vector<std::string>& columns,
+RDB_TABLE_WRITER RDB_PANEL_WRITER::start_table(const std::vector<std::string>& columns,
                                                bool titled) {
   PANEL_STATE& panel = *m_state;
-  if (columns.empty())
-    throw RDB_ERROR(m_writer->m_file, "a table of panel \"" + panel.name + "\" has no columns");
-  OBJECT_STATE* object = panel.objects.back().get();
-  (void)object_id;
+  OBJECT_STATE* object = panel.objects.back().get();  // the table just added
   object->columns = titled ? columns : std::vector<std::string>(columns.size());
   auto table = std::make_unique<TABLE_STATE>();
   table->panel = &panel;
@@ -229,6 +225,14 @@ RDB_TABLE_WRITER RDB_PANEL_WRITER::start_table(int64_t object_id,
   object->table = table.get();
   panel.tables.push_back(std::move(table));
   return RDB_TABLE_WRITER(panel.tables.back().get());
+}
+
+void RDB_PANEL_WRITER::require_columns(const std::string& where,
+                                       const std::vector<std::string>& columns) const {
+  if (columns.empty())
+    throw RDB_ERROR(m_writer ? m_writer->m_file : "",
+                    "the table \"" + where + "\" of panel \"" + get_panel_name() +
+                        "\" has no columns");
 }
 
 void RDB_PANEL_WRITER::add_folder(const std::string& where) {
@@ -255,8 +259,9 @@ RDB_TABLE_WRITER RDB_PANEL_WRITER::add_table(const std::string& where, int kind,
                                              const std::vector<std::string>& columns) {
   if (kind != RDB_KIND_TABLE && kind != RDB_KIND_HEADERLESS_TABLE && kind != RDB_KIND_DETAIL_TABLE)
     throw RDB_ERROR("", "table kind " + std::to_string(kind) + " is not 4, 7 or 8");
-  int64_t id = add_object(where, kind, {});
-  return start_table(id, columns, kind != RDB_KIND_HEADERLESS_TABLE);
+  require_columns(where, columns);
+  add_object(where, kind, {});
+  return start_table(columns, kind != RDB_KIND_HEADERLESS_TABLE);
 }
 
 RDB_TABLE_WRITER RDB_PANEL_WRITER::add_tcl_table(const std::string& where,
@@ -273,19 +278,20 @@ RDB_TABLE_WRITER RDB_PANEL_WRITER::add_tcl_table(const std::string& where,
       throw RDB_ERROR(file, "command \"" + command.gui_name + "\" of the Tcl table \"" + where +
                                 "\": " + error);
   }
-  int64_t id = add_object(where, RDB_KIND_TCL_TABLE, {});
+  require_columns(where, columns);
+  add_object(where, RDB_KIND_TCL_TABLE, {});
   m_state->objects.back()->commands = commands;
-  return start_table(id, columns, true);
+  return start_table(columns, true);
 }
 
 void RDB_PANEL_WRITER::add_chart_table(const std::string& where, const std::string& x_axis,
                                        const std::string& y_axis, int default_chart_type,
                                        const std::vector<std::pair<std::string, long long>>& rows) {
-  int64_t id = add_object(where, RDB_KIND_CHART_TABLE,
+  add_object(where, RDB_KIND_CHART_TABLE,
                           {{"x_axis", x_axis},
                            {"y_axis", y_axis},
                            {"chart_type", std::to_string(default_chart_type)}});
-  RDB_TABLE_WRITER table = start_table(id, {x_axis, y_axis}, true);
+  RDB_TABLE_WRITER table = start_table({x_axis, y_axis}, true);
   for (const auto& [label, count] : rows)
     table.add_row({std::string_view(label), std::string_view(std::to_string(count))});
 }
@@ -294,12 +300,12 @@ void RDB_PANEL_WRITER::add_histogram(const std::string& where, const std::string
                                      const std::string& y_label, int x_scale,
                                      const std::string& x_unit,
                                      const std::vector<RDB_HISTOGRAM_BIN>& bins) {
-  int64_t id = add_object(where, RDB_KIND_HISTOGRAM,
+  add_object(where, RDB_KIND_HISTOGRAM,
                           {{"x_label", x_label},
                            {"y_label", y_label},
                            {"x_scale", std::to_string(x_scale == 0 ? 1 : x_scale)},
                            {"x_unit", x_unit}});
-  RDB_TABLE_WRITER table = start_table(id, {"From", "To", "Count"}, true);
+  RDB_TABLE_WRITER table = start_table({"From", "To", "Count"}, true);
   for (const RDB_HISTOGRAM_BIN& bin : bins) {
     std::string from = format_double(bin.from), to = format_double(bin.to),
                 value = std::to_string(bin.value);

@@ -126,8 +126,9 @@ private:
   RDB_PANEL_WRITER(RDB_WRITER* writer, const std::string& name, const std::string& command);
   int64_t add_object(const std::string& where, int kind,
                      std::map<std::string, std::string> properties);
-  RDB_TABLE_WRITER start_table(int64_t object_id, const std::vector<std::string>& columns,
-                               bool titled);
+  void require_columns(const std::string& where, const std::vector<std::string>& columns) const;
+  // Starts the rows of the table object added last.
+  RDB_TABLE_WRITER start_table(const std::vector<std::string>& columns, bool titled);
   RDB_WRITER* m_writer = nullptr;
   std::unique_ptr<rdb_internal::PANEL_STATE> m_state;
 };

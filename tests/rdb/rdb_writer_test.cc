@@ -205,6 +205,11 @@ TEST_F(RDB_WRITER_TEST, DeletingPanelsRemovesThemAndTheirRows) {
     ASSERT_EQ(sqlite3_step(count), SQLITE_ROW);
     EXPECT_EQ(sqlite3_column_int(count, 0), 2);
     sqlite3_finalize(count);
+    // Readers rely on write-ahead logging to read while the engine writes.
+    sqlite3_prepare_v2(db, "PRAGMA journal_mode", -1, &count, nullptr);
+    ASSERT_EQ(sqlite3_step(count), SQLITE_ROW);
+    EXPECT_STREQ(reinterpret_cast<const char*>(sqlite3_column_text(count, 0)), "wal");
+    sqlite3_finalize(count);
     sqlite3_close(db);
   }
   write_table_panel(writer, "A", 1);  // a new panel of an old name goes last
