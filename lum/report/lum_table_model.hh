@@ -1,0 +1,103 @@
+// The Qt model of a report table: rows paged on demand from a LUM_TABLE_SOURCE,
+// cell colours as the database gives them, and a sort order kept as a
+// permutation of the source's rows.
+//
+// Sorting never blocks the window. The cells of the sorted column are read on
+// the GUI thread in bounded slices (the source, like the report behind it,
+// belongs to one thread), each cell turned once into a lum_sort_key; the keys
+// are then sorted on a worker thread, and the new order replaces the old one
+// in one layout change. Until then the view shows and scrolls the old order.
+// A new sort or undo_sort() while a sort runs makes the older one's result
+// be thrown away.
+#pragma once
+
+#include "report/lum_table_source.hh"
+
+#include <QAbstractTableModel>
+#include <QElapsedTimer>
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+class LUM_TABLE_MODEL : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  explicit LUM_TABLE_MODEL(QObject* parent = nullptr);
+  ~LUM_TABLE_MODEL() override;
+
+  // Replaces the rows (database order, unsorted). Null empties the model.
+  void set_source(std::unique_ptr<LUM_TABLE_SOURCE> source);
+  const LUM_TABLE_SOURCE* get_source() const { return m_source.get(); }
+
+  int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+  int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+  QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+  // The source row shown at a view row; -1 outside the table.
+  int64_t source_row(int view_row) const;
+  // The text of a cell at a view row.
+  std::string cell_text(int view_row, int column) const;
+  // The colours of a cell as stored; RDB_NO_COLOR when it has none.
+  RDB_CELL_COLOR cell_color(int view_row, int column) const;
+
+  // Starts sorting by a column (asynchronous, see above); the view keeps the
+  // old order until sort_finished. A column outside the table does nothing.
+  void sort_column(int column, bool ascending);
+  // Back to database order at once; cancels a running sort.
+  void undo_sort();
+  // The column and direction of the order shown; -1 when unsorted.
+  int get_sort_column() const { return m_sort_column; }
+  bool is_ascending() const { return m_ascending; }
+  bool is_sorting() const { return m_sorting; }
+  // The column and direction asked for last: a running sort's, else the shown order's.
+  int get_requested_column() const { return m_sorting ? m_pending_column : m_sort_column; }
+  bool is_requested_ascending() const { return m_sorting ? m_pending_ascending : m_ascending; }
+  // Cells read per slice on the GUI thread and the time a slice may take.
+  void set_sort_slice(int rows, int budget_ms);
+
+  // Rows fetched from the source per page and the pages kept.
+  static constexpr int PAGE_ROWS = 256;
+  static constexpr size_t CACHE_PAGES = 64;
+
+ signals:
+  void sort_started(int column, bool ascending);
+  void sort_finished(int column, bool ascending);
+
+ private:
+  struct PAGE {
+    int64_t number;
+    std::vector<RDB_TABLE_ROW> rows;
+  };
+  struct SORT_ITEM {
+    std::string key;
+    uint32_t row;
+  };
+  const RDB_TABLE_ROW* row_at(int64_t source_row) const;
+  void collect_slice(uint64_t generation);
+  void apply_order(uint64_t generation, std::vector<uint32_t> order);
+  void join_worker();
+
+  std::unique_ptr<LUM_TABLE_SOURCE> m_source;
+  int m_columns = 0;
+  int m_rows = 0;
+  mutable std::list<PAGE> m_cache;  // most recently used first
+  std::vector<uint32_t> m_order;    // empty: database order
+
+  int m_sort_column = -1;
+  bool m_ascending = true;
+  bool m_sorting = false;
+  uint64_t m_generation = 0;
+  int m_pending_column = -1;
+  bool m_pending_ascending = true;
+  std::vector<SORT_ITEM> m_items;
+  int64_t m_collected = 0;
+  int m_slice_rows = 8192;
+  int m_slice_budget_ms = 25;
+  std::thread m_worker;
+};

@@ -1,0 +1,58 @@
+#include "report/lum_table_source.hh"
+
+#include "rdb/rdb_object.hh"
+
+#include <algorithm>
+
+LUM_RDB_TABLE_SOURCE::LUM_RDB_TABLE_SOURCE(const RDB_TABLE_OBJECT* table)
+    : m_table(table), m_first_row(table && table->has_header() ? 1 : 0) {}
+
+int LUM_RDB_TABLE_SOURCE::column_count() const { return m_table ? m_table->get_number_of_columns() : 0; }
+
+int64_t LUM_RDB_TABLE_SOURCE::row_count() const { return m_table ? m_table->get_number_of_data_rows() : 0; }
+
+std::string LUM_RDB_TABLE_SOURCE::column_title(int column) const {
+  if (!m_table || !m_table->has_header()) return std::string();
+  const auto& names = m_table->get_column_names();
+  return column >= 0 && column < static_cast<int>(names.size()) ? names[column] : std::string();
+}
+
+void LUM_RDB_TABLE_SOURCE::fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const {
+  rows->clear();
+  if (!m_table || first < 0 || count <= 0 || first >= row_count()) return;
+  *rows = m_table->get_rows(static_cast<int>(first + m_first_row), count);
+}
+
+LUM_MEMORY_TABLE_SOURCE::LUM_MEMORY_TABLE_SOURCE(std::vector<std::string> titles, std::vector<RDB_TABLE_ROW> rows)
+    : m_titles(std::move(titles)), m_rows(std::move(rows)) {}
+
+std::string LUM_MEMORY_TABLE_SOURCE::column_title(int column) const {
+  return column >= 0 && column < column_count() ? m_titles[column] : std::string();
+}
+
+void LUM_MEMORY_TABLE_SOURCE::fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const {
+  rows->clear();
+  if (first < 0 || count <= 0 || first >= row_count()) return;
+  const int64_t last = std::min<int64_t>(row_count(), first + count);
+  rows->assign(m_rows.begin() + first, m_rows.begin() + last);
+}
+
+std::vector<std::string> lum_split_text_rows(const std::string& text) {
+  std::vector<std::string> rows;
+  if (text.empty()) return rows;
+  size_t start = 0;
+  for (size_t line_feed = text.find('\n'); line_feed != std::string::npos;
+       line_feed = text.find('\n', start)) {
+    std::string row;
+    for (size_t i = start; i < line_feed; ++i) {
+      if (text[i] == '\t')
+        row += "    ";
+      else
+        row += text[i];
+    }
+    rows.push_back(std::move(row));
+    start = line_feed + 1;
+  }
+  rows.push_back(text.substr(start));
+  return rows;
+}

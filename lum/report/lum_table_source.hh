@@ -1,0 +1,67 @@
+// Where a report table's rows come from.
+//
+// The table model never holds a whole table: it asks its source for pages of
+// rows when the view needs them, so a panel of a million rows opens as fast as
+// one of ten. A source numbers its rows 0 .. row_count()-1 in database order
+// and knows the database row index behind each (the index the database's
+// command templates are filled from).
+#pragma once
+
+#include "rdb/rdb_types.hh"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+class RDB_TABLE_OBJECT;
+
+class LUM_TABLE_SOURCE {
+ public:
+  virtual ~LUM_TABLE_SOURCE() = default;
+
+  virtual int column_count() const = 0;
+  virtual int64_t row_count() const = 0;
+  // The column's title; empty when the table has none.
+  virtual std::string column_title(int column) const = 0;
+  // Rows first .. first+count-1 (clipped to the table), cells and colours.
+  virtual void fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const = 0;
+  // The database row index of a row (row 0 of a titled table is row 1 of the database).
+  virtual int64_t database_row(int64_t row) const { return row; }
+};
+
+// The rows of a database table: data rows only (titles become column titles).
+// The object belongs to its report, which must outlive the source.
+class LUM_RDB_TABLE_SOURCE : public LUM_TABLE_SOURCE {
+ public:
+  explicit LUM_RDB_TABLE_SOURCE(const RDB_TABLE_OBJECT* table);
+  int column_count() const override;
+  int64_t row_count() const override;
+  std::string column_title(int column) const override;
+  void fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const override;
+  int64_t database_row(int64_t row) const override { return row + m_first_row; }
+
+ private:
+  const RDB_TABLE_OBJECT* m_table;
+  int m_first_row;
+};
+
+// Rows held in memory: plain-text reports (one column) and tests.
+class LUM_MEMORY_TABLE_SOURCE : public LUM_TABLE_SOURCE {
+ public:
+  LUM_MEMORY_TABLE_SOURCE(std::vector<std::string> titles, std::vector<RDB_TABLE_ROW> rows);
+  int column_count() const override { return static_cast<int>(m_titles.size()); }
+  int64_t row_count() const override { return static_cast<int64_t>(m_rows.size()); }
+  std::string column_title(int column) const override;
+  void fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const override;
+
+ private:
+  std::vector<std::string> m_titles;
+  std::vector<RDB_TABLE_ROW> m_rows;
+};
+
+// The rows of a plain-text report: the text cut at each "\n"; every piece
+// before a line feed has its tabs replaced by four blanks, the rest after the
+// last line feed (the whole text when there is none) is kept as it stands.
+// An empty text gives no rows.
+std::vector<std::string> lum_split_text_rows(const std::string& text);

@@ -1,0 +1,363 @@
+#include "report/lum_view_ctrl.hh"
+
+#include "platform/cfg.hh"
+#include "platform/msg.hh"
+#include "rdb/rdb_manager.hh"
+#include "rdb/rdb_object.hh"
+#include "report/lum_report_view.hh"
+#include "report/lum_sta_report_toc_tree.hh"
+#include "report/lum_table.hh"
+
+#include <QContextMenuEvent>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenu>
+#include <QSplitter>
+#include <QTextBrowser>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace {
+
+LUM_VIEW_CTRL::TASKS_PANE_FACTORY& tasks_pane_factory() {
+  static LUM_VIEW_CTRL::TASKS_PANE_FACTORY factory;
+  return factory;
+}
+
+// What a viewer that does not exist yet would show, for its page.
+const char* missing_viewer_name(const RDB_OBJECT* object) {
+  switch (object->get_type()) {
+    case RDB_KIND_CHART_TABLE: return "chart";
+    case RDB_KIND_HISTOGRAM: return "histogram";
+    case RDB_KIND_PATH: return "timing path";
+    case RDB_KIND_EMBEDDED: return "embedded object";
+    default: return nullptr;
+  }
+}
+
+QWidget* make_message_page(const QString& text, QWidget* parent) {
+  auto* label = new QLabel(text, parent);
+  label->setAlignment(Qt::AlignCenter);
+  label->setWordWrap(true);
+  label->setObjectName(QStringLiteral("lum_message_page"));
+  return label;
+}
+
+}  // namespace
+
+void LUM_VIEW_CTRL::set_tasks_pane_factory(TASKS_PANE_FACTORY factory) { tasks_pane_factory() = std::move(factory); }
+
+LUM_VIEW_CTRL::LUM_VIEW_CTRL(LUM_REPORT_VIEW* view, QWidget* parent)
+    : QFrame(parent), m_view(view), m_layout(new QVBoxLayout(this)), m_caption(new QLabel(this)),
+      m_placeholder(new QLabel(QString::fromLatin1(LUM_DATA_NOT_AVAILABLE), this)) {
+  m_layout->setContentsMargins(0, 0, 0, 0);
+  m_layout->setSpacing(0);
+  m_caption->setObjectName(QStringLiteral("lum_view_caption"));
+  m_caption->setContentsMargins(6, 3, 6, 3);
+  m_caption->setAutoFillBackground(true);
+  m_caption->setBackgroundRole(QPalette::Mid);
+  m_caption->setForegroundRole(QPalette::BrightText);
+  QFont caption_font = m_caption->font();
+  caption_font.setBold(true);
+  m_caption->setFont(caption_font);
+  m_caption->setToolTip(QStringLiteral("Right-click to split"));
+  m_placeholder->setAlignment(Qt::AlignCenter);
+  m_placeholder->setObjectName(QStringLiteral("lum_data_not_available"));
+  m_layout->addWidget(m_caption);
+  m_layout->addWidget(m_placeholder, 1);
+  setFocusPolicy(Qt::ClickFocus);
+  set_title(QString::fromLatin1(LUM_DATA_NOT_AVAILABLE));
+  if (m_view) m_view->register_view_ctrl(this);
+}
+
+LUM_VIEW_CTRL::~LUM_VIEW_CTRL() {
+  if (m_view) m_view->unregister_view_ctrl(this);
+}
+
+QString LUM_VIEW_CTRL::get_title() const { return m_caption->text(); }
+
+void LUM_VIEW_CTRL::set_title(const QString& title) {
+  m_caption->setText(title);
+  setWindowTitle(title);
+}
+
+LUM_VIEW_CTRL* LUM_VIEW_CTRL::get_parent_ctrl() const {
+  for (QWidget* w = parentWidget(); w; w = w->parentWidget()) {
+    if (auto* ctrl = qobject_cast<LUM_VIEW_CTRL*>(w)) return ctrl;
+    if (qobject_cast<LUM_REPORT_VIEW*>(w)) return nullptr;
+  }
+  return nullptr;
+}
+
+bool LUM_VIEW_CTRL::contains(const LUM_VIEW_CTRL* ctrl) const {
+  for (const LUM_VIEW_CTRL* c = ctrl; c; c = c->get_parent_ctrl()) {
+    if (c == this) return true;
+  }
+  return false;
+}
+
+void LUM_VIEW_CTRL::set_page(QWidget* page) {
+  m_page = page;
+  m_placeholder->setVisible(page == nullptr && !is_split());
+  if (page) {
+    m_layout->addWidget(page, 1);
+    page->show();
+  }
+}
+
+void LUM_VIEW_CTRL::close_page() {
+  set_title(QString::fromLatin1(LUM_DATA_NOT_AVAILABLE));
+  if (m_page) {
+    m_page->hide();
+    delete m_page;
+    m_page = nullptr;
+  }
+  m_type = LUM_VIEW_NONE;
+  m_path.clear();
+  m_out_of_date = false;
+  m_report.reset();
+  m_placeholder->setVisible(!is_split());
+}
+
+void LUM_VIEW_CTRL::open_page(LUM_VIEW_TYPE_ENUM type, const std::string& path) {
+  // The arguments may be this control's own members; keep copies.
+  const std::string page_path = path;
+  close_page();
+  if (is_split() || page_path.empty()) return;
+  switch (type) {
+    case LUM_VIEW_REPORT_PANEL:
+      open_report_panel(page_path);
+      break;
+    case LUM_VIEW_WEB_PAGE: {
+      auto* browser = new QTextBrowser(this);
+      browser->setOpenExternalLinks(true);
+      browser->setSource(QUrl(QStringLiteral("about:blank")));
+      const QString target = QString::fromStdString(page_path);
+      const QUrl url = QFileInfo(target).isAbsolute() ? QUrl::fromLocalFile(target) : QUrl(target);
+      browser->setSource(url);
+      m_type = type;
+      m_path = page_path;
+      set_title(target);
+      set_page(browser);
+      break;
+    }
+    case LUM_VIEW_TASKS_PANE: {
+      QWidget* pane = tasks_pane_factory() ? tasks_pane_factory()(this) : nullptr;
+      if (!pane) pane = make_message_page(QStringLiteral("The tasks pane is not available."), this);
+      m_type = type;
+      m_path = page_path;
+      set_title(QString::fromStdString(page_path));
+      set_page(pane);
+      break;
+    }
+    case LUM_VIEW_NONE:
+      break;
+  }
+}
+
+void LUM_VIEW_CTRL::open_report_panel(const std::string& path) {
+  bool enabled = true;
+  if (LUM_STA_REPORT_TOC_TREE* tree = m_view ? m_view->get_report_tree() : nullptr) {
+    if (tree->find_item_by_rdb_path(path, &enabled) < 0) enabled = true;
+  }
+  const int report_type = cfg_is_on("lum_use_compiler_report") ? RDB_COMPILER_REPORT : RDB_TIMING_REPORT;
+  DBMUI_MANAGER* dbmui_mgr = DBMUI_MANAGER::get_instance();
+  if (!MSG_ASSERT(dbmui_mgr != nullptr, "lum_view_ctrl")) return;
+  std::shared_ptr<RDB_REPORT> report = dbmui_mgr->share_rdb_report(report_type, "LUM_VIEW_CTRL::open_page");
+  RDB_OBJECT* object = report ? report->get_object_by_path(path) : nullptr;
+  // An object that is no longer in the report leaves the page closed.
+  if (!object) return;
+  m_report = report;
+  m_type = LUM_VIEW_REPORT_PANEL;
+  m_path = path;
+  m_out_of_date = !enabled;
+  set_title(QString::fromStdString(object->get_name()));
+  QWidget* viewer = create_viewer(object, m_out_of_date);
+  if (!viewer)
+    viewer = make_message_page(QStringLiteral("\"%1\" has no viewer.").arg(QString::fromStdString(object->get_name())), this);
+  set_page(viewer);
+}
+
+QWidget* LUM_VIEW_CTRL::create_viewer(RDB_OBJECT* object, bool out_of_date) {
+  const int kind = object->get_type();
+  switch (kind) {
+    case RDB_KIND_TEXT: {
+      auto* text_object = dynamic_cast<RDB_TEXT_OBJECT*>(object);
+      if (!MSG_ASSERT(text_object != nullptr, "lum_view_ctrl")) return nullptr;
+      if (text_object->is_html()) {
+        auto* browser = new QTextBrowser(this);
+        browser->setHtml(QString::fromStdString(text_object->get_text()));
+        return browser;
+      }
+      auto* table = new LUM_TABLE(this);
+      table->load_rdb_text(object);
+      table->set_out_of_date(out_of_date);
+      return table;
+    }
+    case RDB_KIND_TABLE:
+    case RDB_KIND_DETAIL_TABLE:
+    case RDB_KIND_TCL_TABLE: {
+      auto* host = new LUM_CENTERED_TABLE(this);
+      host->get_table()->load_rdb_table(object);
+      host->get_table()->set_out_of_date(out_of_date);
+      return host;
+    }
+    case RDB_KIND_HEADERLESS_TABLE: {
+      auto* table = new LUM_TABLE(this);
+      table->load_rdb_table(object);
+      table->set_out_of_date(out_of_date);
+      return table;
+    }
+    case RDB_KIND_EMBEDDED: {
+      auto* embedded_object = dynamic_cast<RDB_EMBEDDED_OBJECT*>(object);
+      if (!MSG_ASSERT(embedded_object != nullptr, "lum_view_ctrl")) return nullptr;
+      if (embedded_object->get_embedded_type() != 9) {
+        auto* table = new LUM_TABLE(this);
+        table->load_rdb_embedded_text(object);
+        table->set_out_of_date(out_of_date);
+        return table;
+      }
+      break;
+    }
+    default:
+      break;
+  }
+  if (const char* viewer = missing_viewer_name(object)) {
+    return make_message_page(QStringLiteral("The %1 viewer is not available yet, so \"%2\" cannot be shown here.\n"
+                                            "Export the panel (right-click it in the Report pane) to read it.")
+                                 .arg(QString::fromLatin1(viewer), QString::fromStdString(object->get_name())),
+                             this);
+  }
+  return nullptr;
+}
+
+void LUM_VIEW_CTRL::refresh() {
+  if (!is_split()) {
+    open_page(m_type, m_path);
+    return;
+  }
+  for (LUM_VIEW_CTRL* pane : m_panes) pane->refresh();
+}
+
+void LUM_VIEW_CTRL::clone(const LUM_VIEW_CTRL& other) {
+  const LUM_VIEW_TYPE_ENUM type = other.m_type;
+  const std::string path = other.m_path;
+  open_page(type, path);
+}
+
+void LUM_VIEW_CTRL::split(LUM_SPLIT_ENUM mode) {
+  m_positions = lum_split_positions(mode, width(), height());
+  do_split();
+}
+
+LUM_VIEW_CTRL* LUM_VIEW_CTRL::add_pane(QSplitter* splitter) {
+  auto* pane = new LUM_VIEW_CTRL(m_view, splitter);
+  splitter->addWidget(pane);
+  m_panes.push_back(pane);
+  return pane;
+}
+
+void LUM_VIEW_CTRL::remove_panes() {
+  std::vector<LUM_VIEW_CTRL*> panes;
+  panes.swap(m_panes);
+  if (m_splitter) {
+    m_splitter->hide();
+    delete m_splitter;  // deletes the panes with it
+    m_splitter = nullptr;
+  }
+}
+
+void LUM_VIEW_CTRL::do_split() {
+  const int wanted = lum_split_pane_count(m_positions);
+  // The page that survives any change of the split: the active control's
+  // when it lies inside this one, else this control's (or its first pane's).
+  const LUM_VIEW_CTRL* active = m_view ? m_view->get_active_view_ctrl() : nullptr;
+  const LUM_VIEW_CTRL* source = this;
+  if (active && contains(active) && !active->is_split()) {
+    source = active;
+  } else {
+    while (source->is_split()) source = source->m_panes.front();
+  }
+  const LUM_VIEW_TYPE_ENUM type = source->m_type;
+  const std::string path = source->m_path;
+
+  const bool orientation_matches =
+      is_split() && ((wanted == 4 && m_panes.size() == 4) ||
+                     (wanted == 2 && m_panes.size() == 2 &&
+                      m_splitter->orientation() == (m_positions.row > 0 ? Qt::Vertical : Qt::Horizontal)));
+  if (!orientation_matches) {
+    if (is_split()) remove_panes();
+    if (wanted == 1) {
+      m_caption->show();
+      open_page(type, path);
+      if (m_view) m_view->set_active_view_ctrl(this, false);
+      return;
+    }
+    close_page();
+    m_caption->hide();
+    m_placeholder->hide();
+    if (wanted == 2) {
+      m_splitter = new QSplitter(m_positions.row > 0 ? Qt::Vertical : Qt::Horizontal, this);
+      add_pane(m_splitter);
+      add_pane(m_splitter);
+    } else {
+      m_splitter = new QSplitter(Qt::Vertical, this);
+      for (int r = 0; r < 2; ++r) {
+        auto* row = new QSplitter(Qt::Horizontal, m_splitter);
+        m_splitter->addWidget(row);
+        add_pane(row);
+        add_pane(row);
+      }
+    }
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->setToolTip(QStringLiteral("Drag off to unsplit"));
+    m_layout->addWidget(m_splitter, 1);
+    m_splitter->show();
+    for (LUM_VIEW_CTRL* pane : m_panes) pane->open_page(type, path);
+    if (m_view) m_view->set_active_view_ctrl(m_panes.front(), false);
+  }
+  // Positions: the first row / column gets the split position.
+  const int h = std::max(height(), 2);
+  const int w = std::max(width(), 2);
+  if (wanted == 2) {
+    const bool rows = m_splitter->orientation() == Qt::Vertical;
+    const int total = rows ? h : w;
+    const int first = rows ? m_positions.row : m_positions.column;
+    m_splitter->setSizes({first, std::max(1, total - first)});
+  } else if (wanted == 4) {
+    m_splitter->setSizes({m_positions.row, std::max(1, h - m_positions.row)});
+    for (int r = 0; r < 2; ++r) {
+      auto* row = qobject_cast<QSplitter*>(m_splitter->widget(r));
+      if (row) row->setSizes({m_positions.column, std::max(1, w - m_positions.column)});
+    }
+  }
+}
+
+void LUM_VIEW_CTRL::mousePressEvent(QMouseEvent* event) {
+  if (m_view && !is_split()) m_view->set_active_view_ctrl(this, true);
+  QFrame::mousePressEvent(event);
+}
+
+void LUM_VIEW_CTRL::contextMenuEvent(QContextMenuEvent* event) {
+  if (!m_view || is_split() || !m_caption->geometry().contains(event->pos())) {
+    QFrame::contextMenuEvent(event);
+    return;
+  }
+  m_view->set_active_view_ctrl(this, true);
+  QMenu menu(this);
+  QAction* horizontal = menu.addAction(QStringLiteral("Split &Horizontally"), m_view, &LUM_REPORT_VIEW::on_window_split_horizontally);
+  QAction* vertical = menu.addAction(QStringLiteral("Split &Vertically"), m_view, &LUM_REPORT_VIEW::on_window_split_vertically);
+  QAction* four_way = menu.addAction(QStringLiteral("Split &Four Ways"), m_view, &LUM_REPORT_VIEW::on_window_split_four_way);
+  menu.addSeparator();
+  QAction* unsplit = menu.addAction(QStringLiteral("&Unsplit"), m_view, &LUM_REPORT_VIEW::on_window_unsplit);
+  QAction* unsplit_all = menu.addAction(QStringLiteral("Unsplit &All"), m_view, &LUM_REPORT_VIEW::on_window_unsplit_all);
+  menu.addSeparator();
+  menu.addAction(QStringLiteral("&Refresh"), this, &LUM_VIEW_CTRL::refresh);
+  menu.addAction(QStringLiteral("&Close Page"), this, &LUM_VIEW_CTRL::close_page);
+  horizontal->setEnabled(m_view->can_split());
+  vertical->setEnabled(m_view->can_split());
+  four_way->setEnabled(m_view->can_split());
+  unsplit->setEnabled(m_view->can_unsplit());
+  unsplit_all->setEnabled(m_view->get_top_view_ctrl() && m_view->get_top_view_ctrl()->is_split());
+  menu.exec(event->globalPos());
+}
