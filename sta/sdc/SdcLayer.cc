@@ -164,13 +164,15 @@ foreach ::vexa::cmd {
   }
 }
 
-# create_generated_clock with -phase (degrees) and -offset (time) as well as
-# OpenSTA's own options. A phase or offset is expressed as a divided clock
-# given by edges with a shift.
+# create_generated_clock with -phase (degrees of the generated period) and
+# -offset (time), and -duty_cycle together with -divide_by, besides OpenSTA's
+# own options. Such a clock is handed to OpenSTA as the edges 1, 1+N, 1+2N of
+# its master with shifts that put them where they belong.
 proc ::vexa::generated_clock {name saved arglist} {
   ::vexa::require_netlist $name
   set phase ""
   set offset ""
+  set duty ""
   set rest {}
   set divide 1
   set master ""
@@ -179,25 +181,38 @@ proc ::vexa::generated_clock {name saved arglist} {
     switch -- $word {
       -phase { set phase [lindex $arglist [incr i]] }
       -offset { set offset [lindex $arglist [incr i]] }
-      default {
-        if {$word eq "-divide_by"} { set divide [lindex $arglist [expr {$i + 1}]] }
-        if {$word eq "-master_clock"} { set master [lindex $arglist [expr {$i + 1}]] }
-        lappend rest $word
+      -duty_cycle { set duty [lindex $arglist [incr i]] }
+      -divide_by { set divide [lindex $arglist [incr i]] }
+      -master_clock {
+        set master [lindex $arglist [incr i]]
+        lappend rest -master_clock $master
       }
+      default { lappend rest $word }
     }
   }
-  if {$phase eq "" && $offset eq ""} {
-    set result [$saved {*}$rest]
+  set multiplied [expr {"-multiply_by" in $rest}]
+  if {$phase eq "" && $offset eq "" && ($duty eq "" || $multiplied)} {
+    set result [$saved {*}$arglist]
   } else {
-    foreach option {-multiply_by -duty_cycle -edges -edge_shift} {
+    foreach option {-multiply_by -edges -edge_shift} {
       if {$option in $rest} {
-        error "create_generated_clock: -phase and -offset cannot be combined with $option"
+        error "create_generated_clock: $option cannot be combined with -phase, -offset or\
+               -duty_cycle of a divided clock"
       }
+    }
+    foreach {label value} [list -phase $phase -offset $offset -duty_cycle $duty -divide_by $divide] {
+      if {$value ne "" && ![string is double -strict $value]} {
+        error "create_generated_clock: $label needs a number, not \"$value\""
+      }
+    }
+    if {![string is integer -strict $divide] || $divide < 1} {
+      error "create_generated_clock: -divide_by needs a positive integer"
     }
     if {$phase eq ""} { set phase 0 }
     if {$offset eq ""} { set offset 0 }
-    if {![string is double -strict $phase] || ![string is double -strict $offset]} {
-      error "create_generated_clock: -phase and -offset need numbers"
+    if {$duty eq ""} { set duty 50 }
+    if {$duty <= 0 || $duty >= 100} {
+      error "create_generated_clock: -duty_cycle must lie between 0 and 100"
     }
     if {$master ne ""} {
       set clocks [$::vexa::orig(get_clocks) -quiet $master]
@@ -205,14 +220,30 @@ proc ::vexa::generated_clock {name saved arglist} {
       set clocks [all_clocks]
     }
     if {[llength $clocks] != 1} {
-      error "create_generated_clock: -phase and -offset need one master clock (give -master_clock)"
+      error "create_generated_clock: -phase, -offset and -duty_cycle need one master clock\
+             (give -master_clock)"
     }
-    set master_period [sta::time_sta_ui [[lindex $clocks 0] period]]
-    set shift [expr {$offset + $phase / 360.0 * $divide * $master_period}]
+    set clock [lindex $clocks 0]
+    set period [sta::time_sta_ui [$clock period]]
+    set waveform {}
+    foreach edge [$clock waveform] { lappend waveform [sta::time_sta_ui $edge] }
+    lassign $waveform rise fall
+    # Time of edge k of the master: odd edges rise, even edges fall.
+    set times {}
+    foreach k [list 1 [expr {1 + $divide}] [expr {1 + 2 * $divide}]] {
+      if {$k % 2} {
+        lappend times [expr {$rise + ($k - 1) / 2 * $period}]
+      } else {
+        lappend times [expr {$fall + ($k - 2) / 2 * $period}]
+      }
+    }
+    set generated [expr {$divide * $period}]
+    set shift [expr {$offset + $phase / 360.0 * $generated}]
+    set wanted [list [expr {$rise + $shift}] [expr {$rise + $duty / 100.0 * $generated + $shift}] \
+                  [expr {$rise + $generated + $shift}]]
+    set shifts [lmap want $wanted have $times {expr {$want - $have}}]
     set edges [list 1 [expr {1 + $divide}] [expr {1 + 2 * $divide}]]
-    set at [lsearch -exact $rest -divide_by]
-    if {$at >= 0} { set rest [lreplace $rest $at [expr {$at + 1}]] }
-    set result [$saved -edges $edges -edge_shift [list $shift $shift $shift] {*}$rest]
+    set result [$saved -edges $edges -edge_shift $shifts {*}$rest]
   }
   ::vexa::constraint_applied [sdc_line $name $arglist]
   return $result

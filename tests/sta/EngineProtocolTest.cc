@@ -120,7 +120,7 @@ TEST_F(EngineSession, ConstraintsInTheFormsTheDialogsComposeAreAccepted)
   const char *commands[] = {
     "create_clock -period 10.000 -name clk -waveform {0 5} {clk}",
     "create_clock -period 20.000 -name virt -add",
-    "create_generated_clock -name g1 -master_clock clk -source clk -divide_by 2 r1/Q",
+    "create_generated_clock -name g1 -master_clock clk -source clk -divide_by 2 -duty_cycle 25 r1/Q",
     "create_generated_clock -name g2 -source clk -multiply_by 2 -duty_cycle 25 -invert u2/Y",
     "create_generated_clock -name g3 -master_clock clk -source clk -edges {1 3 5} "
     "-edge_shift {0.5 0.5 0.5} u1/Y",
