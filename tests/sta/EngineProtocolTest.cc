@@ -208,6 +208,19 @@ TEST_F(EngineSession, UnlinkableDesignIsRefusedWithoutANetlist)
     << joined(create);
   EXPECT_TRUE(callbacks(create).empty());
   EXPECT_NE(joined(engine.command("read_sdc")).find("no timing netlist"), std::string::npos);
+
+  project.write("chip_fast.vsf", "top_module = chip\nfamily = OSU\nspeed_grade = 018\n"
+                                 "verilog_file = netlist/missing.v\n");
+  Lines missing = engine.command("project_open \"" + project.vpf() + "\" -revision chip_fast");
+  EXPECT_NE(joined(missing).find("chip_fast.vsf:4: netlist file"), std::string::npos)
+    << joined(missing);
+  project.write("chip_fast.vsf", "top_module = chip\nfamily = OSU\nspeed_grade = 6\n"
+                                 "verilog_file = netlist/chip.v\n");
+  Lines grade = engine.command("project_open \"" + project.vpf() + "\" -revision chip_fast");
+  EXPECT_NE(joined(grade).find("chip_fast.vsf:3: family OSU has no speed grade"),
+            std::string::npos) << joined(grade);
+  // The project that was open stays open.
+  EXPECT_TRUE(callbacks(missing).empty());
 }
 
 TEST_F(EngineSession, IncompleteCommandGetsContinuationPrompts)
