@@ -1,0 +1,126 @@
+// Flood benchmark of the engine link: the scripted engine (fake_engine) prints
+// N lines ("echo_stdout  line<i>", as the engine encodes plain text) for one
+// command, and this program measures
+//   - lines per second from the engine's pipe into the console's row model
+//     (from writing the command to the row of the final prompt),
+//   - the longest stall of the GUI thread, as the largest gap between ticks of
+//     a 1 ms heartbeat timer, and how many gaps exceeded 100 ms,
+//   - the bytes used per console row.
+// Usage: console_bench [lines] [engine program]   (default 1000000 and
+// fake_engine beside this program).
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <cstdio>
+#include <functional>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "engine/lum_console_ctrl.hh"
+#include "engine/lum_frame_iface.hh"
+#include "tcl/lum_tcl_args_auto.hh"
+
+namespace {
+
+// The smallest main frame: it hands out the console and ignores the rest.
+class BENCH_FRAME : public LUM_FRAME_IFACE {
+ public:
+  LUM_CONSOLE_CTRL* console = nullptr;
+  std::vector<std::string> clocks;
+  LUM_CONSOLE_CTRL* get_console() override { return console; }
+  void set_status_pane_text(int, const std::string&) override {}
+  void show_busy(bool) override {}
+  void post_close_request() override {}
+  char get_state_flag(LUM_STATE_FLAG) const override { return '0'; }
+  void set_state_flag(LUM_STATE_FLAG, char) override {}
+  void set_netlist_is_created(char) override {}
+  void set_sdc_needs_saving(bool) override {}
+  void sta_opened_a_project(const std::string&, const std::string&) override {}
+  void sta_closed_a_project() override {}
+  std::vector<std::string>& get_clock_names() override { return clocks; }
+  void set_time_unit(const std::string&) override {}
+  void reload_sta_report(const char*) override {}
+  void update_report_tree_status() override {}
+  void update_tasks_status() override {}
+  void start_next_task() override {}
+};
+
+long resident_kib() {
+  FILE* f = std::fopen("/proc/self/statm", "r");
+  if (!f) return 0;
+  long pages = 0, resident = 0;
+  if (std::fscanf(f, "%ld %ld", &pages, &resident) != 2) resident = 0;
+  std::fclose(f);
+  return resident * 4;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QCoreApplication app(argc, argv);
+  long lines = argc > 1 ? std::atol(argv[1]) : 1000000;
+  std::string engine = argc > 2 ? argv[2] : std::string(CHRONEL_BIN_DIR) + "/fake_engine";
+
+  lum_lum_register_tcl();
+  BENCH_FRAME frame;
+  LUM_CONSOLE_CTRL console;
+  frame.console = &console;
+  lum_set_frame(&frame);
+  console.set_engine_command_line("\"" + engine + "\"");
+  if (!console.startup()) {
+    std::fprintf(stderr, "console_bench: cannot start %s\n", engine.c_str());
+    return 1;
+  }
+
+  // Heartbeat: the largest gap between its ticks is the longest stall.
+  QElapsedTimer clock;
+  clock.start();
+  qint64 last_tick = clock.elapsed();
+  qint64 longest_gap = 0;
+  int gaps_over_100ms = 0;
+  QTimer heartbeat;
+  heartbeat.setInterval(1);
+  QObject::connect(&heartbeat, &QTimer::timeout, [&] {
+    qint64 now = clock.elapsed();
+    qint64 gap = now - last_tick;
+    if (gap > longest_gap) longest_gap = gap;
+    if (gap > 100) ++gaps_over_100ms;
+    last_tick = now;
+  });
+  int drains = 0;
+  QObject::connect(&console, &LUM_CONSOLE_CTRL::rows_drained, [&](int) { ++drains; });
+
+  auto run_until = [&](const std::function<bool()>& done) {
+    while (!done()) QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
+  };
+  run_until([&] { return !console.is_busy(); });
+
+  long rss_before = resident_kib();
+  int rows_before = console.get_model()->row_count();
+  long expected_rows = rows_before + lines + 1;  // the lines and the final prompt
+  heartbeat.start();
+  last_tick = clock.elapsed();
+  QElapsedTimer flood;
+  flood.start();
+  console.run_command("flood " + std::to_string(lines));
+  run_until([&] { return console.get_model()->row_count() >= expected_rows && !console.is_busy(); });
+  double seconds = flood.nsecsElapsed() / 1e9;
+  heartbeat.stop();
+  long rss_after = resident_kib();
+
+  const LUM_CONSOLE_MODEL* model = console.get_model();
+  std::printf("console_bench: %ld lines from %s\n", lines, engine.c_str());
+  std::printf("  pipe to model:        %.3f s, %.0f lines/s\n", seconds, lines / seconds);
+  std::printf("  longest GUI stall:    %lld ms (gaps over 100 ms: %d; drain budget %d ms)\n",
+              static_cast<long long>(longest_gap), gaps_over_100ms, console.get_drain_budget_ms());
+  std::printf("  drains:               %d\n", drains);
+  std::printf("  rows in model:        %d\n", model->row_count());
+  std::printf("  bytes per row:        %.1f (row model: texts and row records)\n", model->bytes_per_row());
+  std::printf("  resident growth:      %.1f bytes per row (whole process)\n",
+              (rss_after - rss_before) * 1024.0 / static_cast<double>(lines));
+  lum_set_frame(nullptr);
+  return 0;
+}
