@@ -60,6 +60,30 @@ bool check_settings(const Engine &engine, const RevisionSettings &settings, std:
   return true;
 }
 
+// The project file of a settings file: the .vpf of the same base name, or
+// else the one project file in its directory that lists the revision.
+std::string project_of_settings(const std::string &vsf, const std::string &revision)
+{
+  fs::path same = fs::path(vsf).replace_extension(".vpf");
+  std::error_code ec;
+  if (fs::exists(same, ec))
+    return same.string();
+  fs::path dir = fs::path(vsf).parent_path();
+  if (dir.empty())
+    dir = ".";
+  for (const fs::directory_entry &entry : fs::directory_iterator(dir, ec)) {
+    if (entry.path().extension() != ".vpf")
+      continue;
+    ProjectFile candidate;
+    std::string ignored;
+    if (read_project_file(entry.path().string(), candidate, ignored)
+        && std::find(candidate.revisions.begin(), candidate.revisions.end(), revision)
+             != candidate.revisions.end())
+      return entry.path().string();
+  }
+  return same.string();
+}
+
 int project_open(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
 {
   std::string path;
@@ -75,8 +99,15 @@ int project_open(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
   }
   if (path.empty())
     return engine.tcl_error("wrong # args: should be \"project_open path ?-revision name?\"");
-  if (fs::path(path).extension().empty())
+  // A settings file stands for its revision of the project file of the
+  // same base name.
+  if (fs::path(path).extension() == ".vsf") {
+    if (revision.empty())
+      revision = fs::path(path).stem().string();
+    path = project_of_settings(path, revision);
+  } else if (fs::path(path).extension().empty()) {
     path += ".vpf";
+  }
 
   ProjectFile project;
   std::string error;

@@ -94,8 +94,18 @@ TEST_F(EngineSession, OpenCreateReadUpdateCallBackInDocumentedOrder)
   Lines constraint = engine.command("set_clock_uncertainty -setup 0.1 [get_clocks clk]");
   EXPECT_EQ(callbacks(constraint), Lines{"lum_set_state -netlist_is_up_to_date 0"});
 
+  // Opening another revision (here through its settings file) closes the
+  // open project first.
+  Lines by_settings = callbacks(
+    engine.command("project_open \"" + project.path("chip_fast.vsf") + "\""));
+  auto closed = std::find(by_settings.begin(), by_settings.end(),
+                          "lum_set_state -project_is_open 0");
+  auto opened = std::find(by_settings.begin(), by_settings.end(),
+                          "lum_open_project -vpf \"" + vpf + "\" -revision \"chip_fast\"");
+  EXPECT_TRUE(contains(by_settings, "lum_register_clock -name \"clk\" -remove"));
+  EXPECT_TRUE(closed < opened && opened != by_settings.end()) << joined(by_settings);
+
   Lines close = engine.command("project_close");
-  EXPECT_TRUE(contains(callbacks(close), "lum_register_clock -name \"clk\" -remove"));
   EXPECT_EQ(callbacks(close).back(), "lum_set_state -project_is_open 0");
 }
 
