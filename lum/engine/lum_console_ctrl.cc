@@ -191,6 +191,9 @@ void LUM_CONSOLE_CTRL::run_next_command() {
   } else {
     write_to_kro(command.c_str());
   }
+  // Without a running engine (switched off, or ended) no prompt will end the
+  // command; the console must not stay busy for ever.
+  if (m_busy && !is_kro_running()) set_kro_is_busy(false);
 }
 
 void LUM_CONSOLE_CTRL::print_current_command() {

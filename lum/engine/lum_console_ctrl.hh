@@ -29,6 +29,7 @@
 #include <vector>
 
 #include "lum_console_model.hh"
+#include "lum_frame_iface.hh"
 #include "lum_ipc_object.hh"
 #include "lum_msg_display.hh"
 #include "platform/msg.hh"
@@ -91,6 +92,9 @@ class LUM_CONSOLE_CTRL : public QObject {
   void print_current_command();
   size_t pending_count() const { return m_pending.size(); }
   const std::string& get_current_command() const { return m_current_command; }
+
+  // The main frame, or null (the console reaches it only through this interface).
+  LUM_FRAME_IFACE* get_detached_frame() const { return lum_get_frame(); }
 
   bool is_busy() const { return m_busy; }
   void set_kro_is_busy(bool busy);

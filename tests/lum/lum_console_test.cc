@@ -278,6 +278,19 @@ TEST_F(ConsoleWithScriptedEngine, FloodArrivesCompleteAndInOrder) {
   EXPECT_EQ(model->rowCount(), model->row_count());
 }
 
+TEST_F(ConsoleWithScriptedEngine, WithoutAnEngineCommandsAreRecordedAndTheConsoleStaysUsable) {
+  // As with "lum_dont_startup_sta": the console exists, no engine was started.
+  console->run_command("first");
+  console->run_command("second");
+  EXPECT_FALSE(console->is_busy());
+  EXPECT_EQ(console->pending_count(), 0u);
+  EXPECT_EQ(rows(), (std::vector<std::string>{"first", "second"}));
+  EXPECT_EQ(console->get_history(), (std::vector<std::string>{"second", "first"}));
+  std::vector<std::string> result;
+  console->run_command("hidden", &result);  // no engine: an internal error, no wait
+  EXPECT_EQ(internal_errors, (std::vector<std::string>{"m_ipc_object != NULL"}));
+}
+
 TEST_F(ConsoleWithScriptedEngine, ShutdownOfAnEngineThatIgnoresExitDoesNotHang) {
   ASSERT_TRUE(start("--ignore-exit"));
   ASSERT_TRUE(settle());
