@@ -27,6 +27,7 @@
 #include <cmath>
 #include <map>
 #include <memory>
+#include <optional>
 
 namespace vexa {
 
@@ -261,9 +262,25 @@ void add_row(std::vector<PathPointRecord> &rows, double &last_total, double tota
 
 } // namespace
 
-TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis analysis,
-                                  bool with_points)
+const PinInfoCache::Info &PinInfoCache::get(const sta::Pin *pin)
 {
+  auto [it, fresh] = m_cache.try_emplace(pin);
+  if (fresh) {
+    const sta::Network *network = m_sta->sdcNetwork();
+    it->second.name = pin_display_name(m_sta, pin);
+    it->second.location = location_of(network, pin);
+    it->second.fanout = fanout_of(network, pin);
+  }
+  return it->second;
+}
+
+TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis analysis,
+                                  bool with_points, PinInfoCache *shared_cache)
+{
+  std::optional<PinInfoCache> own_cache;
+  if (shared_cache == nullptr)
+    own_cache.emplace(sta);
+  PinInfoCache &cache = shared_cache ? *shared_cache : *own_cache;
   TimeUnit unit(sta);
   TimingPathRecord record;
   record.analysis = analysis;
@@ -320,15 +337,14 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
   if (!with_points)
     return record;
 
-  const sta::Network *net = sta->sdcNetwork();
   auto point_row = [&](sta::PathRef *path, sta::TimingArc *arc, bool clock_path) {
     PathPointRecord row;
-    const sta::Pin *pin = path->pin(sta);
+    const PinInfoCache::Info &info = cache.get(path->pin(sta));
     row.rise_fall = rise_fall_of(path->transition(sta));
-    row.fanout = fanout_of(net, pin);
+    row.fanout = info.fanout;
     row.type = arc_type(arc);
-    row.element = pin_display_name(sta, pin);
-    row.location = location_of(net, pin);
+    row.element = info.name;
+    row.location = info.location;
     row.is_clock_path = clock_path;
     return row;
   };
@@ -468,9 +484,7 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
     if (end->isOutputDelay())
       check_row.type = "oExt";
     if (!end->isOutputDelay() && !end->isPathDelay()) {
-      const sta::Pin *check_pin = end_pin;
-      check_row.element += "";
-      check_row.location = location_of(net, check_pin);
+      check_row.location = cache.get(end_pin).location;
     }
     add_row(rows, last, record.required, check_row);
     PathPointRecord required_row;
@@ -537,7 +551,9 @@ ExceptionParts make_exceptions(sta::Sta *sta, const PathQuery &query)
 
 } // namespace
 
-std::vector<TimingPathRecord> find_timing_paths(sta::Sta *sta, const PathQuery &query)
+void for_each_timing_path(sta::Sta *sta, const PathQuery &query,
+                          const std::function<void(size_t count)> &prepared,
+                          const std::function<void(const TimingPathRecord &)> &visit)
 {
   if (query.npaths < 1)
     throw ReportError("The number of paths (-npaths) must be a positive integer.");
@@ -550,16 +566,24 @@ std::vector<TimingPathRecord> find_timing_paths(sta::Sta *sta, const PathQuery &
   PathEndList list;
   list.ends = find_ends(sta, parts.from, parts.thrus, parts.to, query.analysis, query.npaths, 1,
                         slack_max);
-  std::vector<TimingPathRecord> records;
   size_t count = std::min<size_t>(list.ends->size(), static_cast<size_t>(query.npaths));
-  records.reserve(count);
-  for (size_t i = 0; i < count; i++) {
-    sta::PathEnd *end = (*list.ends)[i];
-    // findPathEnds compares less_than_slack inclusively; the option is strict.
-    if (query.less_than_slack && !(end->slack(sta) < slack_max))
-      continue;
-    records.push_back(make_path_record(sta, end, query.analysis, query.with_points));
-  }
+  // findPathEnds compares less_than_slack inclusively; the option is strict.
+  if (query.less_than_slack)
+    while (count > 0 && !((*list.ends)[count - 1]->slack(sta) < slack_max))
+      count--;
+  if (prepared)
+    prepared(count);
+  PinInfoCache cache(sta);
+  for (size_t i = 0; i < count; i++)
+    visit(make_path_record(sta, (*list.ends)[i], query.analysis, query.with_points, &cache));
+}
+
+std::vector<TimingPathRecord> find_timing_paths(sta::Sta *sta, const PathQuery &query)
+{
+  std::vector<TimingPathRecord> records;
+  for_each_timing_path(
+    sta, query, [&](size_t count) { records.reserve(count); },
+    [&](const TimingPathRecord &record) { records.push_back(record); });
   return records;
 }
 

@@ -13,8 +13,10 @@
 
 #include "reports/ReportRecords.hh"
 
+#include <functional>
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace sta {
@@ -51,9 +53,38 @@ private:
 // The worst paths matching `query`, worst slack first, at most npaths.
 std::vector<TimingPathRecord> find_timing_paths(sta::Sta *sta, const PathQuery &query);
 
+// The same paths handed to `visit` one at a time, so that a report of ten
+// thousand paths never holds them all. Names are resolved (and ReportError
+// thrown) before the first call of `prepared`, which runs once the search is
+// done and before the first path; the record passed to `visit` is reused.
+void for_each_timing_path(sta::Sta *sta, const PathQuery &query,
+                          const std::function<void(size_t count)> &prepared,
+                          const std::function<void(const TimingPathRecord &)> &visit);
+
+// What the point tables show of a pin (name, library cell, fanout),
+// remembered for the length of one report: the paths of a report share most
+// of their pins, and looking names up is a good part of building a path.
+class PinInfoCache
+{
+public:
+  struct Info
+  {
+    std::string name;
+    std::string location;
+    int fanout = 0;
+  };
+  explicit PinInfoCache(const sta::Sta *sta) : m_sta(sta) {}
+  const Info &get(const sta::Pin *pin);
+
+private:
+  const sta::Sta *m_sta;
+  std::unordered_map<const sta::Pin *, Info> m_cache;
+};
+
 // The record of one path end (exposed for tests and for other reports).
+// Pass a cache shared by the paths of one report to save name look-ups.
 TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis analysis,
-                                  bool with_points);
+                                  bool with_points, PinInfoCache *cache = nullptr);
 
 // Worst slack and total negative slack per capture clock for one analysis,
 // in clock order. Clocks without checked end points are left out.

@@ -26,11 +26,10 @@ std::vector<std::string> path_summary_cells(const TimingPathRecord &path)
           format_time(path.data_delay)};
 }
 
-std::vector<std::vector<std::string>> path_point_rows(const std::vector<PathPointRecord> &points,
-                                                      bool show_routing)
+void visit_point_rows(const std::vector<PathPointRecord> &points, bool show_routing,
+                      const std::function<void(const PointCells &)> &visit)
 {
-  std::vector<std::vector<std::string>> rows;
-  rows.reserve(points.size());
+  PointCells cells;
   // A folded interconnect row (a load pin followed by its cell's output)
   // passes its increment on to the row that follows.
   double pending = 0;
@@ -42,12 +41,28 @@ std::vector<std::vector<std::string>> path_point_rows(const std::vector<PathPoin
       pending += point.incr;
       continue;
     }
-    double incr = point.incr + pending;
+    cells[0] = format_time(point.total);
+    cells[1] = format_time(point.incr + pending);
     pending = 0;
-    rows.push_back({format_time(point.total), format_time(incr), point.rise_fall, point.type,
-                    point.fanout > 0 ? std::to_string(point.fanout) : "", point.location,
-                    point.element});
+    cells[2] = point.rise_fall;
+    cells[3] = point.type;
+    if (point.fanout > 0)
+      cells[4] = std::to_string(point.fanout);
+    else
+      cells[4].clear();
+    cells[5] = point.location;
+    cells[6] = point.element;
+    visit(cells);
   }
+}
+
+std::vector<std::vector<std::string>> path_point_rows(const std::vector<PathPointRecord> &points,
+                                                      bool show_routing)
+{
+  std::vector<std::vector<std::string>> rows;
+  visit_point_rows(points, show_routing, [&](const PointCells &cells) {
+    rows.emplace_back(cells.begin(), cells.end());
+  });
   return rows;
 }
 
@@ -131,8 +146,11 @@ void PathPanelWriter::add_database(const TimingPathRecord &path)
   for (auto [part, points] : {std::make_pair(RDB_PATH_PART::ARRIVAL, &path.arrival_points),
                               std::make_pair(RDB_PATH_PART::REQUIRED, &path.required_points)}) {
     RDB_TABLE_WRITER table = m_panel->add_path_table(where, part, path_point_columns);
-    for (auto &row : path_point_rows(*points, m_options.show_routing))
-      table.add_row(row);
+    visit_point_rows(*points, m_options.show_routing, [&](const PointCells &cells) {
+      std::string_view views[7] = {cells[0], cells[1], cells[2], cells[3],
+                                   cells[4], cells[5], cells[6]};
+      table.add_row(views, 7);
+    });
   }
 }
 

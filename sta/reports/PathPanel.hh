@@ -18,6 +18,8 @@
 #include "reports/ReportRecords.hh"
 #include "reports/ReportTable.hh"
 
+#include <array>
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <sstream>
@@ -70,6 +72,10 @@ std::vector<std::string> path_summary_cells(const TimingPathRecord &path);
 // interconnect rows are folded into the next row.
 std::vector<std::vector<std::string>> path_point_rows(const std::vector<PathPointRecord> &points,
                                                       bool show_routing);
+// The same rows handed over one at a time in a reused buffer.
+using PointCells = std::array<std::string, 7>;
+void visit_point_rows(const std::vector<PathPointRecord> &points, bool show_routing,
+                      const std::function<void(const PointCells &)> &visit);
 extern const std::vector<std::string> path_summary_columns;
 extern const std::vector<std::string> path_point_columns;
 

@@ -44,6 +44,8 @@ public:
 
   const std::string &panel_name() const { return m_panel; }
   bool to_console() const { return m_console; }
+  // Whether any text (file or console) is written.
+  bool has_text() const { return m_console || !m_file.empty(); }
 
   void write(const std::function<void(RDB_PANEL_WRITER &)> &panel_content,
              const std::function<void(std::ostream &)> &text_content);

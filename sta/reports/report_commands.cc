@@ -215,18 +215,33 @@ int report_timing(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
   options.summary_only = args.has("-summary");
   options.show_routing = args.has("-show_routing");
   options.time_unit = TimeUnit(sta).name();
-  // Find first: a bad name must fail before a panel is opened.
+  // With only a panel to write, paths go straight from the search into the
+  // panel; text needs them twice (summary first), so they are kept.
+  if (!output.panel_name().empty() && !output.has_text()) {
+    // A failure inside (a bad name) drops the panel uncommitted.
+    output.write(
+      [&](RDB_PANEL_WRITER &panel) {
+        panel.add_folder("");
+        PathPanelWriter writer(&panel, nullptr, options);
+        size_t total = 0, done = 0;
+        for_each_timing_path(
+          sta, query, [&](size_t count) { total = count; },
+          [&](const TimingPathRecord &path) {
+            writer.add(path);
+            if (total > 100 && ++done % (total / 10) == 0)
+              engine.progress(static_cast<int>(100 * done / total));
+          });
+      },
+      [](std::ostream &) {});
+    return TCL_OK;
+  }
   std::vector<TimingPathRecord> paths = find_timing_paths(sta, query);
   output.write(
     [&](RDB_PANEL_WRITER &panel) {
       panel.add_folder("");
       PathPanelWriter writer(&panel, nullptr, options);
-      size_t done = 0;
-      for (const TimingPathRecord &path : paths) {
+      for (const TimingPathRecord &path : paths)
         writer.add(path);
-        if (paths.size() > 100 && ++done % (paths.size() / 10) == 0)
-          engine.progress(static_cast<int>(100 * done / paths.size()));
-      }
     },
     [&](std::ostream &out) {
       PathPanelWriter writer(nullptr, &out, options);

@@ -1,0 +1,238 @@
+// Benchmark of the report commands on a large design.
+//
+// 1. The generated design of bench/sta (about 100,000 cells) is written into
+//    a folder unless it is there already.
+// 2. Debian's sta loads it and, after a warm-up report_wns, runs
+//    "report_checks -group_count N -endpoint_count 1 > /dev/null"; vexa_sta
+//    opens it as a project and, after the same warm-up, runs
+//    "report_timing -npaths N -panel_name X". Each script measures its own
+//    report command (wall and processor time, the latter from /proc), so
+//    loading the design is not counted. The ratio vexa_sta/sta is printed
+//    with the target (at most 1.0).
+// 3. Inside this process, the time to write a 100,000-bin histogram panel and
+//    a 10,000-row table panel into a fresh report database.
+#include "reports/PathPanel.hh"
+#include "reports/ReportPanels.hh"
+#include "reports/ReportTable.hh"
+
+#include "rdb/rdb_writer.hh"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Measures a Tcl command's wall and processor seconds and prints them
+// with a tag; /proc/self/stat counts user and system ticks of 1/100 s.
+const char *const timing_procs = R"TCL(
+proc bench_cpu {} {
+  set f [open /proc/self/stat]
+  set fields [split [lindex [split [read $f] ")"] end]]
+  close $f
+  return [expr {([lindex $fields 12] + [lindex $fields 13]) / 100.0}]
+}
+proc bench_time {tag script} {
+  set wall [clock microseconds]
+  set cpu [bench_cpu]
+  uplevel #0 $script
+  puts "@@$tag [expr {([clock microseconds] - $wall) / 1e6}] [expr {[bench_cpu] - $cpu}]"
+}
+)TCL";
+
+struct Times
+{
+  double wall = -1;
+  double cpu = -1;
+};
+
+std::string run(const std::string &command)
+{
+  std::string output;
+  FILE *pipe = popen(command.c_str(), "r");
+  if (!pipe)
+    return output;
+  char buffer[4096];
+  size_t n;
+  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
+    output.append(buffer, n);
+  pclose(pipe);
+  return output;
+}
+
+std::map<std::string, Times> parse_times(const std::string &output)
+{
+  std::map<std::string, Times> times;
+  std::istringstream lines(output);
+  std::string line;
+  while (std::getline(lines, line)) {
+    if (line.rfind("@@", 0) != 0)
+      continue;
+    std::istringstream fields(line.substr(2));
+    std::string tag;
+    Times t;
+    fields >> tag >> t.wall >> t.cpu;
+    times[tag] = t;
+  }
+  return times;
+}
+
+double seconds_since(std::chrono::steady_clock::time_point start)
+{
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+void print_ratio(const char *what, const Times &ours, const Times &theirs)
+{
+  std::printf("%-34s %8.3f s wall %8.3f s cpu\n", what, ours.wall, ours.cpu);
+  if (theirs.wall > 0 && theirs.cpu > 0)
+    std::printf("%-34s %8.3f   wall %8.3f   cpu   (target <= 1.0)\n", "  ratio vexa_sta / sta",
+                ours.wall / theirs.wall, ours.cpu / theirs.cpu);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+  std::string dir = "bench_sta_reports";
+  std::string engine = std::string(CHRONEL_BIN_DIR) + "/vexa_sta";
+  std::string sta = "sta";
+  int npaths = 10000;
+  int cells = 100000;
+  for (int i = 1; i + 1 < argc; i += 2) {
+    std::string option = argv[i];
+    if (option == "--dir")
+      dir = argv[i + 1];
+    else if (option == "--engine")
+      engine = argv[i + 1];
+    else if (option == "--sta")
+      sta = argv[i + 1];
+    else if (option == "--npaths")
+      npaths = std::atoi(argv[i + 1]);
+    else if (option == "--cells")
+      cells = std::atoi(argv[i + 1]);
+    else {
+      std::fprintf(stderr, "usage: sta_reports_bench [--dir D] [--engine P] [--sta P] "
+                           "[--npaths N] [--cells N]\n");
+      return 2;
+    }
+  }
+  dir = fs::absolute(dir).string();
+  if (!fs::exists(dir + "/bench.vpf")) {
+    std::printf("Writing the design into %s ...\n", dir.c_str());
+    std::string command = std::string("python3 ") + CHRONEL_BENCH_GENERATOR + " --out " + dir +
+                          " --cells " + std::to_string(cells);
+    if (std::system(command.c_str()) != 0) {
+      std::fprintf(stderr, "the design generator failed\n");
+      return 1;
+    }
+  }
+  fs::remove_all(dir + "/vexa_db");
+  const std::string count = std::to_string(npaths);
+
+  {
+    std::ofstream script(dir + "/bench_sta.tcl");
+    script << timing_procs
+           << "read_liberty /usr/share/qflow/tech/osu035/osu035_stdcells.lib\n"
+           << "read_verilog " << dir << "/netlist/bench.v\n"
+           << "link_design bench_top\n"
+           << "read_sdc " << dir << "/bench.sdc\n"
+           << "report_wns\n"
+           << "bench_time report {report_checks -group_count " << count
+           << " -endpoint_count 1 > /dev/null}\n";
+  }
+  {
+    std::ofstream script(dir + "/bench_vexa.tcl");
+    script << timing_procs << "project_open " << dir << "/bench.vpf\n"
+           << "create_timing_netlist\nread_sdc\nupdate_timing_netlist\nreport_wns\n"
+           << "bench_time report {report_timing -npaths " << count
+           << " -panel_name {Report Timing}}\n"
+           << "bench_time summary {report_timing -npaths " << count
+           << " -summary -panel_name {Report Timing Summary}}\n"
+           << "bench_time histogram {create_slack_histogram -clock_name clk -num_bins 100000 "
+              "-panel_name {Slack Histogram}}\n"
+           << "bench_time text {report_timing -npaths " << count << " -file /dev/null}\n";
+  }
+
+  std::printf("Design: %s (report_timing -npaths %d)\n", dir.c_str(), npaths);
+  std::map<std::string, Times> theirs =
+    parse_times(run(sta + " -no_splash -exit " + dir + "/bench_sta.tcl 2>&1"));
+  std::map<std::string, Times> ours =
+    parse_times(run(engine + " -t " + dir + "/bench_vexa.tcl 2>&1"));
+  if (!theirs.count("report") || !ours.count("report")) {
+    std::fprintf(stderr, "a run failed (no timing line from %s)\n",
+                 theirs.count("report") ? "vexa_sta" : "sta");
+    return 1;
+  }
+  std::printf("%-34s %8.3f s wall %8.3f s cpu\n", "sta report_checks to /dev/null",
+              theirs["report"].wall, theirs["report"].cpu);
+  print_ratio("vexa_sta report_timing to a panel", ours["report"], theirs["report"]);
+  print_ratio("vexa_sta report_timing as text", ours["text"], theirs["report"]);
+  std::printf("%-34s %8.3f s wall %8.3f s cpu\n", "vexa_sta -summary to a panel",
+              ours["summary"].wall, ours["summary"].cpu);
+  std::printf("%-34s %8.3f s wall %8.3f s cpu\n", "vexa_sta 100,000-bin histogram",
+              ours["histogram"].wall, ours["histogram"].cpu);
+  std::error_code ignored;
+  std::uintmax_t size = fs::file_size(dir + "/vexa_db/bench.sta.rdb", ignored);
+  std::printf("%-34s %8.1f MB\n", "report database size", size / 1e6);
+
+  // Writing alone, without the analysis: a histogram and a summary table.
+  std::string file = dir + "/bench_write.rdb";
+  fs::remove(file);
+  RDB_WRITER writer(file, RDB_TIMING_REPORT);
+  std::mt19937 random(7);
+  std::normal_distribution<double> slack(1.0, 2.0);
+
+  std::vector<vexa::HistogramBinRow> bins(100000);
+  for (size_t i = 0; i < bins.size(); i++) {
+    bins[i].from = -5.0 + 1e-4 * i;
+    bins[i].to = bins[i].from + 1e-4;
+    bins[i].count = static_cast<int>(random() % 50);
+  }
+  auto start = std::chrono::steady_clock::now();
+  {
+    RDB_PANEL_WRITER panel = writer.begin_panel("Histogram");
+    vexa::write_slack_histogram(panel, "", bins, vexa::Analysis::setup, "ns");
+    panel.commit();
+  }
+  double histogram_seconds = seconds_since(start);
+
+  std::vector<vexa::TimingPathRecord> paths(10000);
+  for (size_t i = 0; i < paths.size(); i++) {
+    vexa::TimingPathRecord &path = paths[i];
+    path.slack = slack(random);
+    path.violated = path.slack < 0;
+    path.from_node = "stage3_reg[" + std::to_string(i % 512) + "]";
+    path.to_node = "stage4_reg[" + std::to_string(i) + "]/D";
+    path.launch_clock = path.latch_clock = "clk";
+    path.relationship = 14.0;
+    path.data_delay = 14.0 - path.slack;
+  }
+  start = std::chrono::steady_clock::now();
+  {
+    RDB_PANEL_WRITER panel = writer.begin_panel("Summary");
+    panel.add_folder("");
+    vexa::PathPanelOptions options;
+    options.summary_only = true;
+    vexa::PathPanelWriter paths_writer(&panel, nullptr, options);
+    for (const vexa::TimingPathRecord &path : paths)
+      paths_writer.add(path);
+    panel.commit();
+  }
+  double table_seconds = seconds_since(start);
+  std::printf("%-34s %8.3f s (%.0f bins/s)\n", "write a 100,000-bin histogram",
+              histogram_seconds, bins.size() / histogram_seconds);
+  std::printf("%-34s %8.3f s (%.0f rows/s)\n", "write a 10,000-row summary table",
+              table_seconds, paths.size() / table_seconds);
+  fs::remove(file);
+  return 0;
+}
