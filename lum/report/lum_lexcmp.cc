@@ -111,32 +111,42 @@ int lum_lexcmp(const char* a, const char* b) {
 
 bool lum_compare_lexcmp(const char* a, const char* b) { return gen_lexcmp(a, b) <= 0; }
 
-// Key layout, token by token: a character is 0x01 followed by the byte with
-// its sign bit flipped (so unsigned byte order is signed character order); a
-// number is 0x02 followed by its value (append_number) and its digit count
-// (one byte). Tag 0x01 < 0x02 puts text
-// before numbers; a key that is a prefix of another sorts first, as a string
-// with characters left over sorts after.
-void lum_sort_key(std::string_view text, std::string* key) {
-  key->clear();
+// Key layout, token by token. A character is one byte, its value with the
+// sign bit flipped (so unsigned byte order is signed character order); the
+// two largest such bytes, 0xfe and 0xff, are written as 0xfe followed by 0x00
+// or 0x01. A number is 0xff (above every character, so text sorts before
+// numbers), its value (append_number) and its digit count (one byte). A key
+// that is a prefix of another sorts first, as a string with characters left
+// over sorts after. Keys are therefore about as long as the cell text.
+void lum_append_sort_key(std::string_view text, std::string* key) {
   const char* p = text.data();
   const char* end = p + text.size();
   const bool negative = p < end && *p == '-';
   if (negative) ++p;
   while (p < end) {
     if (!is_digit(*p)) {
-      key->push_back('\x01');
-      key->push_back(static_cast<char>(static_cast<unsigned char>(*p) ^ 0x80));
+      const unsigned char flipped = static_cast<unsigned char>(*p) ^ 0x80;
+      if (flipped >= 0xfe) {
+        key->push_back('\xfe');
+        key->push_back(static_cast<char>(flipped - 0xfe));
+      } else {
+        key->push_back(static_cast<char>(flipped));
+      }
       ++p;
       continue;
     }
     int64_t length = 0;
     int64_t value = read_number(&p, end, &length);
     if (negative) value = -value;
-    key->push_back('\x02');
+    key->push_back('\xff');
     append_number(key, value);
     key->push_back(static_cast<char>(length));
   }
+}
+
+void lum_sort_key(std::string_view text, std::string* key) {
+  key->clear();
+  lum_append_sort_key(text, key);
 }
 
 std::string lum_sort_key(std::string_view text) {

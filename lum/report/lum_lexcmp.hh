@@ -30,4 +30,6 @@ bool lum_compare_lexcmp(const char* a, const char* b);
 // For all strings a and b:
 //   sign(lum_lexcmp(a, b)) == sign(lum_sort_key(a).compare(lum_sort_key(b))).
 void lum_sort_key(std::string_view text, std::string* key);
+// Appends the sort key of text to *key (for keys packed into one buffer).
+void lum_append_sort_key(std::string_view text, std::string* key);
 std::string lum_sort_key(std::string_view text);

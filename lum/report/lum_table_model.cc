@@ -1,6 +1,5 @@
 #include "report/lum_table_model.hh"
 
-#include "report/lum_lexcmp.hh"
 
 #include <QColor>
 #include <QMetaObject>
@@ -11,17 +10,33 @@
 
 LUM_TABLE_MODEL::LUM_TABLE_MODEL(QObject* parent) : QAbstractTableModel(parent) {}
 
-LUM_TABLE_MODEL::~LUM_TABLE_MODEL() { join_worker(); }
+LUM_TABLE_MODEL::~LUM_TABLE_MODEL() {
+  cancel_sort();
+  reap_workers(true);
+}
 
-void LUM_TABLE_MODEL::join_worker() {
-  if (m_worker.joinable()) m_worker.join();
+void LUM_TABLE_MODEL::cancel_sort() {
+  ++m_generation;
+  m_sorting = false;
+  if (m_job) m_job->cancel = true;
+  m_job.reset();
+  m_collecting = LUM_SORT_CHUNK();
+}
+
+void LUM_TABLE_MODEL::reap_workers(bool all) {
+  for (auto it = m_workers.begin(); it != m_workers.end();) {
+    if (all || it->job->done) {
+      it->thread.join();
+      it = m_workers.erase(it);
+    } else {
+      ++it;
+    }
+  }
 }
 
 void LUM_TABLE_MODEL::set_source(std::unique_ptr<LUM_TABLE_SOURCE> source) {
   beginResetModel();
-  ++m_generation;
-  m_sorting = false;
-  m_items.clear();
+  cancel_sort();
   m_source = std::move(source);
   m_columns = m_source ? m_source->column_count() : 0;
   // A view addresses rows with int; larger tables show their first INT_MAX rows.
@@ -112,14 +127,20 @@ void LUM_TABLE_MODEL::set_sort_slice(int rows, int budget_ms) {
 
 void LUM_TABLE_MODEL::sort_column(int column, bool ascending) {
   if (!m_source || column < 0 || column >= m_columns) return;
-  const uint64_t generation = ++m_generation;
+  cancel_sort();
+  reap_workers(false);
+  const uint64_t generation = m_generation;
+  m_job = std::make_shared<SORT_JOB>();
   m_sorting = true;
   m_pending_column = column;
   m_pending_ascending = ascending;
-  m_items.clear();
-  m_items.reserve(static_cast<size_t>(m_rows));
-  m_collected = 0;
   emit sort_started(column, ascending);
+  LUM_TABLE_SOURCE_FACTORY factory = m_off_thread_reading ? m_source->thread_source_factory() : nullptr;
+  if (factory) {
+    start_sort_worker(generation, {}, std::move(factory));
+    return;
+  }
+  m_collected = 0;
   QTimer::singleShot(0, this, [this, generation] { collect_slice(generation); });
 }
 
@@ -127,51 +148,77 @@ void LUM_TABLE_MODEL::collect_slice(uint64_t generation) {
   if (generation != m_generation) return;
   QElapsedTimer clock;
   clock.start();
-  std::vector<RDB_TABLE_ROW> rows;
-  const int column = m_pending_column;
   while (m_collected < m_rows && clock.elapsed() < m_slice_budget_ms) {
-    const int count = static_cast<int>(std::min<int64_t>(m_slice_rows, m_rows - m_collected));
-    m_source->fetch(m_collected, count, &rows);
-    // A source that returns fewer rows (a file damaged under us) sorts the
-    // missing ones as empty cells rather than stopping the sort.
-    for (int i = 0; i < count; ++i) {
-      SORT_ITEM item;
-      if (i < static_cast<int>(rows.size()) && column < static_cast<int>(rows[i].cells.size()))
-        lum_sort_key(rows[i].cells[column], &item.key);
-      item.row = static_cast<uint32_t>(m_collected + i);
-      m_items.push_back(std::move(item));
-    }
-    m_collected += count;
+    const int64_t last = std::min<int64_t>(m_rows, m_collected + m_slice_rows);
+    lum_key_rows(*m_source, m_collected, last, m_pending_column, 0, &m_collecting);
+    m_collected = last;
   }
   if (m_collected < m_rows) {
     QTimer::singleShot(0, this, [this, generation] { collect_slice(generation); });
     return;
   }
-  join_worker();
+  std::vector<LUM_SORT_CHUNK> chunks(1);
+  chunks[0] = std::move(m_collecting);
+  m_collecting = LUM_SORT_CHUNK();
+  start_sort_worker(generation, std::move(chunks), nullptr);
+}
+
+void LUM_TABLE_MODEL::start_sort_worker(uint64_t generation, std::vector<LUM_SORT_CHUNK> chunks,
+                                        LUM_TABLE_SOURCE_FACTORY factory) {
+  std::shared_ptr<SORT_JOB> job = m_job;
+  const int rows = m_rows;
+  const int column = m_pending_column;
   const bool ascending = m_pending_ascending;
-  m_worker = std::thread([this, generation, ascending, items = std::move(m_items)]() mutable {
-    // Ties keep database order in both directions.
-    if (ascending) {
-      std::sort(items.begin(), items.end(), [](const SORT_ITEM& a, const SORT_ITEM& b) {
-        const int c = a.key.compare(b.key);
-        return c != 0 ? c < 0 : a.row < b.row;
-      });
-    } else {
-      std::sort(items.begin(), items.end(), [](const SORT_ITEM& a, const SORT_ITEM& b) {
-        const int c = a.key.compare(b.key);
-        return c != 0 ? c > 0 : a.row < b.row;
-      });
+  // Large tables are read by two threads, each through a source of its own.
+  const int readers = rows >= 100000 ? 2 : 1;
+  std::thread thread([this, job, generation, rows, column, ascending, readers, factory = std::move(factory),
+                      chunks = std::move(chunks)]() mutable {
+    bool read_here = true;
+    if (factory) {
+      chunks.assign(static_cast<size_t>(readers), LUM_SORT_CHUNK());
+      std::vector<char> ok(static_cast<size_t>(readers), 0);
+      auto read = [&](int part) {
+        std::unique_ptr<LUM_TABLE_SOURCE> source = factory();
+        if (!source || source->row_count() < rows) return;
+        const int64_t first = static_cast<int64_t>(rows) * part / readers;
+        const int64_t last = static_cast<int64_t>(rows) * (part + 1) / readers;
+        ok[part] = lum_key_rows(*source, first, last, column, static_cast<uint32_t>(part), &chunks[part], &job->cancel);
+      };
+      std::vector<std::thread> helpers;
+      for (int part = 1; part < readers; ++part) helpers.emplace_back(read, part);
+      read(0);
+      for (std::thread& helper : helpers) helper.join();
+      read_here = std::all_of(ok.begin(), ok.end(), [](char v) { return v != 0; });
     }
-    std::vector<uint32_t> order(items.size());
-    for (size_t i = 0; i < items.size(); ++i) order[i] = items[i].row;
-    std::vector<SORT_ITEM>().swap(items);
-    // The model outlives this thread (its destructor joins it), and a queued
-    // call to a deleted receiver is dropped.
-    QMetaObject::invokeMethod(
-        this, [this, generation, order = std::move(order)]() mutable { apply_order(generation, std::move(order)); },
-        Qt::QueuedConnection);
+    if (job->cancel) {
+      job->done = true;
+      return;
+    }
+    if (!read_here) {
+      // The database could not be opened again: read the rows where they live.
+      QMetaObject::invokeMethod(
+          this,
+          [this, generation] {
+            if (generation != m_generation) return;
+            m_collected = 0;
+            collect_slice(generation);
+          },
+          Qt::QueuedConnection);
+      job->done = true;
+      return;
+    }
+    std::vector<uint32_t> order = lum_sort_chunks(chunks, ascending, &job->cancel);
+    std::vector<LUM_SORT_CHUNK>().swap(chunks);
+    if (!job->cancel) {
+      // The model outlives this thread (its destructor joins it), and a
+      // queued call to a deleted receiver is dropped.
+      QMetaObject::invokeMethod(
+          this, [this, generation, order = std::move(order)]() mutable { apply_order(generation, std::move(order)); },
+          Qt::QueuedConnection);
+    }
+    job->done = true;
   });
-  m_items = std::vector<SORT_ITEM>();
+  m_workers.push_back(WORKER{std::move(thread), std::move(job)});
 }
 
 void LUM_TABLE_MODEL::apply_order(uint64_t generation, std::vector<uint32_t> order) {
@@ -194,14 +241,14 @@ void LUM_TABLE_MODEL::apply_order(uint64_t generation, std::vector<uint32_t> ord
   m_sort_column = m_pending_column;
   m_ascending = m_pending_ascending;
   m_sorting = false;
+  m_job.reset();
+  reap_workers(false);
   emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
   emit sort_finished(m_sort_column, m_ascending);
 }
 
 void LUM_TABLE_MODEL::undo_sort() {
-  ++m_generation;
-  m_sorting = false;
-  m_items.clear();
+  cancel_sort();
   if (m_order.empty()) {
     m_sort_column = -1;
     return;

@@ -2,20 +2,25 @@
 // cell colours as the database gives them, and a sort order kept as a
 // permutation of the source's rows.
 //
-// Sorting never blocks the window. The cells of the sorted column are read on
-// the GUI thread in bounded slices (the source, like the report behind it,
-// belongs to one thread), each cell turned once into a lum_sort_key; the keys
-// are then sorted on a worker thread, and the new order replaces the old one
-// in one layout change. Until then the view shows and scrolls the old order.
-// A new sort or undo_sort() while a sort runs makes the older one's result
-// be thrown away.
+// Sorting never blocks the window. A worker thread reads the sorted column
+// through sources of its own (the source, like the report behind it, belongs
+// to the GUI thread; LUM_TABLE_SOURCE::thread_source_factory makes others),
+// split over two threads for large tables, turns each cell once into a
+// lum_sort_key and sorts the keys (lum_table_sort.hh). A source without such
+// a factory is read on the GUI thread in bounded slices instead, and only
+// the keys are sorted on the worker. The new order replaces the old one in
+// one layout change; until then the view shows and scrolls the old order. A
+// new sort or undo_sort() while a sort runs makes the older one's result be
+// thrown away.
 #pragma once
 
+#include "report/lum_table_sort.hh"
 #include "report/lum_table_source.hh"
 
 #include <QAbstractTableModel>
 #include <QElapsedTimer>
 
+#include <atomic>
 #include <cstdint>
 #include <list>
 #include <memory>
@@ -58,8 +63,11 @@ class LUM_TABLE_MODEL : public QAbstractTableModel {
   // The column and direction asked for last: a running sort's, else the shown order's.
   int get_requested_column() const { return m_sorting ? m_pending_column : m_sort_column; }
   bool is_requested_ascending() const { return m_sorting ? m_pending_ascending : m_ascending; }
-  // Cells read per slice on the GUI thread and the time a slice may take.
+  // Cells read per slice on the GUI thread and the time a slice may take,
+  // for sources that other threads cannot read.
   void set_sort_slice(int rows, int budget_ms);
+  // Whether sorting may read the rows on worker threads (default true).
+  void set_sort_off_thread_reading(bool allowed) { m_off_thread_reading = allowed; }
 
   // Rows fetched from the source per page and the pages kept.
   static constexpr int PAGE_ROWS = 256;
@@ -74,14 +82,21 @@ class LUM_TABLE_MODEL : public QAbstractTableModel {
     int64_t number;
     std::vector<RDB_TABLE_ROW> rows;
   };
-  struct SORT_ITEM {
-    std::string key;
-    uint32_t row;
+  // One sort's shared state with its worker thread.
+  struct SORT_JOB {
+    std::atomic<bool> cancel{false};
+    std::atomic<bool> done{false};
+  };
+  struct WORKER {
+    std::thread thread;
+    std::shared_ptr<SORT_JOB> job;
   };
   const RDB_TABLE_ROW* row_at(int64_t source_row) const;
+  void start_sort_worker(uint64_t generation, std::vector<LUM_SORT_CHUNK> chunks, LUM_TABLE_SOURCE_FACTORY factory);
   void collect_slice(uint64_t generation);
   void apply_order(uint64_t generation, std::vector<uint32_t> order);
-  void join_worker();
+  void cancel_sort();
+  void reap_workers(bool all);
 
   std::unique_ptr<LUM_TABLE_SOURCE> m_source;
   int m_columns = 0;
@@ -95,9 +110,11 @@ class LUM_TABLE_MODEL : public QAbstractTableModel {
   uint64_t m_generation = 0;
   int m_pending_column = -1;
   bool m_pending_ascending = true;
-  std::vector<SORT_ITEM> m_items;
+  bool m_off_thread_reading = true;
+  std::shared_ptr<SORT_JOB> m_job;
+  LUM_SORT_CHUNK m_collecting;  // keys read so far on the GUI thread
   int64_t m_collected = 0;
-  int m_slice_rows = 8192;
-  int m_slice_budget_ms = 25;
-  std::thread m_worker;
+  int m_slice_rows = 4096;
+  int m_slice_budget_ms = 20;
+  std::vector<WORKER> m_workers;
 };

@@ -1,6 +1,7 @@
 #include "report/lum_table_source.hh"
 
 #include "rdb/rdb_object.hh"
+#include "rdb/rdb_report.hh"
 
 #include <algorithm>
 
@@ -23,8 +24,34 @@ void LUM_RDB_TABLE_SOURCE::fetch(int64_t first, int count, std::vector<RDB_TABLE
   *rows = m_table->get_rows(static_cast<int>(first + m_first_row), count);
 }
 
+LUM_TABLE_SOURCE_FACTORY LUM_RDB_TABLE_SOURCE::thread_source_factory() const {
+  if (!m_table || !m_table->get_report()) return {};
+  const std::string file = m_table->get_report()->get_file();
+  const std::string path = m_table->get_path(false);
+  return [file, path]() -> std::unique_ptr<LUM_TABLE_SOURCE> {
+    try {
+      std::shared_ptr<RDB_REPORT> report(RDB_REPORT::open(file));
+      auto* table = dynamic_cast<const RDB_TABLE_OBJECT*>(report->get_object_by_path(path));
+      if (!table) return nullptr;
+      auto source = std::make_unique<LUM_RDB_TABLE_SOURCE>(table);
+      source->m_own_report = std::move(report);
+      return source;
+    } catch (const std::exception&) {
+      return nullptr;
+    }
+  };
+}
+
 LUM_MEMORY_TABLE_SOURCE::LUM_MEMORY_TABLE_SOURCE(std::vector<std::string> titles, std::vector<RDB_TABLE_ROW> rows)
-    : m_titles(std::move(titles)), m_rows(std::move(rows)) {}
+    : m_titles(std::move(titles)), m_rows(std::make_shared<const std::vector<RDB_TABLE_ROW>>(std::move(rows))) {}
+
+LUM_TABLE_SOURCE_FACTORY LUM_MEMORY_TABLE_SOURCE::thread_source_factory() const {
+  std::vector<std::string> titles = m_titles;
+  std::shared_ptr<const std::vector<RDB_TABLE_ROW>> rows = m_rows;
+  return [titles, rows]() -> std::unique_ptr<LUM_TABLE_SOURCE> {
+    return std::unique_ptr<LUM_TABLE_SOURCE>(new LUM_MEMORY_TABLE_SOURCE(titles, rows));
+  };
+}
 
 std::string LUM_MEMORY_TABLE_SOURCE::column_title(int column) const {
   return column >= 0 && column < column_count() ? m_titles[column] : std::string();
@@ -34,7 +61,7 @@ void LUM_MEMORY_TABLE_SOURCE::fetch(int64_t first, int count, std::vector<RDB_TA
   rows->clear();
   if (first < 0 || count <= 0 || first >= row_count()) return;
   const int64_t last = std::min<int64_t>(row_count(), first + count);
-  rows->assign(m_rows.begin() + first, m_rows.begin() + last);
+  rows->assign(m_rows->begin() + first, m_rows->begin() + last);
 }
 
 std::vector<std::string> lum_split_text_rows(const std::string& text) {

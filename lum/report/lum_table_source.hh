@@ -10,11 +10,18 @@
 #include "rdb/rdb_types.hh"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+class RDB_REPORT;
 class RDB_TABLE_OBJECT;
+class LUM_TABLE_SOURCE;
+
+// Makes, on the thread that calls it, a source of the same rows for that
+// thread alone; null when it cannot (the rows are then read where they are).
+using LUM_TABLE_SOURCE_FACTORY = std::function<std::unique_ptr<LUM_TABLE_SOURCE>()>;
 
 class LUM_TABLE_SOURCE {
  public:
@@ -28,6 +35,10 @@ class LUM_TABLE_SOURCE {
   virtual void fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const = 0;
   // The database row index of a row (row 0 of a titled table is row 1 of the database).
   virtual int64_t database_row(int64_t row) const { return row; }
+  // A factory for sources that other threads read (the sort reads every
+  // row off the GUI thread); an empty function when there is none. It is
+  // made on the source's own thread and may be called on any.
+  virtual LUM_TABLE_SOURCE_FACTORY thread_source_factory() const { return {}; }
 };
 
 // The rows of a database table: data rows only (titles become column titles).
@@ -40,10 +51,17 @@ class LUM_RDB_TABLE_SOURCE : public LUM_TABLE_SOURCE {
   std::string column_title(int column) const override;
   void fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const override;
   int64_t database_row(int64_t row) const override { return row + m_first_row; }
+  // Opens the database file again (a read-only snapshot of its own) and finds
+  // the table by its path. A report that the engine has changed meanwhile
+  // may give other rows: the sort checks the row count, and the page is
+  // rebuilt anyway when the engine reports its change.
+  LUM_TABLE_SOURCE_FACTORY thread_source_factory() const override;
 
  private:
   const RDB_TABLE_OBJECT* m_table;
   int m_first_row;
+  // Set when the source opened its own report (thread_source_factory).
+  std::shared_ptr<RDB_REPORT> m_own_report;
 };
 
 // Rows held in memory: plain-text reports (one column) and tests.
@@ -51,13 +69,17 @@ class LUM_MEMORY_TABLE_SOURCE : public LUM_TABLE_SOURCE {
  public:
   LUM_MEMORY_TABLE_SOURCE(std::vector<std::string> titles, std::vector<RDB_TABLE_ROW> rows);
   int column_count() const override { return static_cast<int>(m_titles.size()); }
-  int64_t row_count() const override { return static_cast<int64_t>(m_rows.size()); }
+  int64_t row_count() const override { return static_cast<int64_t>(m_rows->size()); }
   std::string column_title(int column) const override;
   void fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const override;
+  // The rows never change, so other threads share them.
+  LUM_TABLE_SOURCE_FACTORY thread_source_factory() const override;
 
  private:
+  LUM_MEMORY_TABLE_SOURCE(std::vector<std::string> titles, std::shared_ptr<const std::vector<RDB_TABLE_ROW>> rows)
+      : m_titles(std::move(titles)), m_rows(std::move(rows)) {}
   std::vector<std::string> m_titles;
-  std::vector<RDB_TABLE_ROW> m_rows;
+  std::shared_ptr<const std::vector<RDB_TABLE_ROW>> m_rows;
 };
 
 // The rows of a plain-text report: the text cut at each "\n"; every piece
