@@ -249,6 +249,15 @@ void Engine::sync_clocks()
   m_known_clocks = std::move(current);
 }
 
+void Engine::constraint_applied(std::string line)
+{
+  m_constraints.add(std::move(line));
+  if (m_reading_sdc)
+    return;
+  mark_stale();
+  sync_clocks();
+}
+
 void Engine::forget_clocks()
 {
   for (const std::string &old : m_known_clocks)

@@ -132,6 +132,12 @@ public:
   void sync_clocks();
   // Forgets every clock the front end knows (with -remove call-backs).
   void forget_clocks();
+  // A constraint command succeeded: records line for write_sdc and, unless
+  // an SDC file is being read, marks the netlist stale and syncs clocks.
+  void constraint_applied(std::string line);
+  // While an SDC file is read, its commands only record themselves; the
+  // reader marks the netlist stale and syncs clocks once at the end.
+  void set_reading_sdc(bool reading) { m_reading_sdc = reading; }
 
   // --- Output to the front end ------------------------------------------------
   // One call-back line, e.g. "lum_set_state -project_is_open 1". Arguments
@@ -178,6 +184,7 @@ private:
   std::vector<std::string> m_known_clocks;
   volatile bool m_command_running = false;
   bool m_interrupted = false;
+  bool m_reading_sdc = false;
 };
 
 } // namespace vexa

@@ -90,7 +90,9 @@ int read_sdc(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
       if (here)
         path = file;
     }
+    engine.set_reading_sdc(true);
     int errors = source_sdc_file(engine, path);
+    engine.set_reading_sdc(false);
     if (errors < 0)
       return engine.tcl_error("read_sdc: cannot read SDC file \"" + path + "\"");
     total_errors += errors;
@@ -130,9 +132,7 @@ int constraint_applied(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const ob
 {
   if (objc != 2)
     return engine.tcl_error("wrong # args: should be \"::vexa::constraint_applied line\"");
-  engine.constraints().add(Tcl_GetString(objv[1]));
-  engine.mark_stale();
-  engine.sync_clocks();
+  engine.constraint_applied(Tcl_GetString(objv[1]));
   return TCL_OK;
 }
 
