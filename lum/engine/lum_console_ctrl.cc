@@ -3,6 +3,8 @@
 #include <QElapsedTimer>
 #include <QMetaObject>
 
+#include <cstdlib>
+
 #include "lum_frame_iface.hh"
 #include "platform/atcl.hh"
 #include "platform/cfg.hh"
@@ -20,6 +22,8 @@ constexpr int WAIT_SLICE_MS = 20;
 // input, and then before killing it.
 constexpr int EXIT_GRACE_MS = 10000;
 constexpr int EOF_GRACE_MS = 3000;
+// Seconds an engine may take to print its first prompt ("lum_sta_startup_timeout"; 0: no limit).
+const char* const DEFAULT_STARTUP_TIMEOUT_S = "120";
 
 }  // namespace
 
@@ -92,17 +96,29 @@ bool LUM_CONSOLE_CTRL::open_pipes() {
 
   int status = IPC_COMMAND::STATUS_UNKNOWN;
   while (status == IPC_COMMAND::STATUS_UNKNOWN) status = m_ipc_object->get_process_status(10);
-  if (status != IPC_COMMAND::STATUS_RUNNING) return false;
-  return wait_for_first_prompt();
+  bool started = status == IPC_COMMAND::STATUS_RUNNING && wait_for_first_prompt();
+  // A failed start is reported by the caller; the exit watch must not report it again.
+  if (!started) m_exit_not_yet_reported = false;
+  return started;
 }
 
 bool LUM_CONSOLE_CTRL::wait_for_first_prompt() {
   THR_EVENT& startup = LUM_IPC_OBJECT::get_startup_event();
   // The engine may die before it ever prompts; the reader thread then ends and
-  // the start fails instead of hanging the window.
+  // the start fails instead of hanging the window. An engine that stays alive
+  // without ever prompting is given up after the start-up limit and stopped.
+  long limit_s = std::atol(cfg_get_value("lum_sta_startup_timeout", DEFAULT_STARTUP_TIMEOUT_S).c_str());
+  QElapsedTimer waited;
+  waited.start();
   for (;;) {
     if (startup.wait(WAIT_SLICE_MS)) return true;
     if (m_ipc_object->has_ended()) return startup.is_posted();
+    if (limit_s > 0 && waited.elapsed() > limit_s * 1000) {
+      m_ipc_object->set_unthrottled(true);
+      m_ipc_object->kill_child(9);
+      thr_thread_wait(m_thread, -1);
+      return startup.is_posted();
+    }
   }
 }
 

@@ -60,7 +60,9 @@ class LUM_CONSOLE_CTRL : public QObject {
   bool startup();
   // Starts the engine and its reader thread; unless the switch
   // "lum_dont_wait_for_sta_to_startup" is on, waits for its first prompt.
-  // False when the engine cannot be started or ends before its first prompt.
+  // False when the engine cannot be started, ends before its first prompt, or
+  // prints none within the value "lum_sta_startup_timeout" (seconds, default
+  // 120, 0 for no limit; such an engine is killed).
   bool open_pipes();
   // The engine command line: by default "\"<module dir>vexa_sta\" --ipc_sh".
   // Tests point the console at another program before startup().

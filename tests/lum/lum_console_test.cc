@@ -84,11 +84,31 @@ TEST_F(ConsoleWithScriptedEngine, StartupWaitsForTheFirstPromptThenBecomesReady)
 }
 
 TEST_F(ConsoleWithScriptedEngine, EngineThatDiesOrCannotStartFailsTheStartup) {
+  QSignalSpy exited(console.get(), &LUM_CONSOLE_CTRL::kro_exited);
   EXPECT_FALSE(start("--die-before-prompt"));
+  lum_pump_until([] { return false; }, 1200);
+  EXPECT_EQ(exited.count(), 0);  // the caller reports the failed start, once
   console = std::make_unique<LUM_CONSOLE_CTRL>();
   frame.console = console.get();
   console->set_engine_command_line("\"/nonexistent/vexa_sta\" --ipc_sh");
   EXPECT_FALSE(console->startup());
+}
+
+TEST_F(ConsoleWithScriptedEngine, EngineThatNeverPromptsIsGivenUpAfterTheStartupLimit) {
+  cfg_set_override("lum_sta_startup_timeout", "1");
+  QElapsedTimer waited;
+  waited.start();
+  EXPECT_FALSE(start("--no-prompt"));
+  EXPECT_LT(waited.elapsed(), 5000);
+  EXPECT_FALSE(console->is_kro_running());
+
+  // Without waiting, the start succeeds and the console stays busy until a prompt comes.
+  cfg_set_override("lum_dont_wait_for_sta_to_startup", "1");
+  console = std::make_unique<LUM_CONSOLE_CTRL>();
+  frame.console = console.get();
+  EXPECT_TRUE(start("--startup-delay 200"));
+  EXPECT_TRUE(console->is_busy());
+  EXPECT_TRUE(settle());
 }
 
 TEST_F(ConsoleWithScriptedEngine, CommandsQueueWhileBusyAndRunInOrderAfterEachPrompt) {
