@@ -6,8 +6,9 @@
 //   - the longest stall of the GUI thread, as the largest gap between ticks of
 //     a 1 ms heartbeat timer, and how many gaps exceeded 100 ms,
 //   - the bytes used per console row.
-// Usage: console_bench [lines] [engine program]   (default 1000000 and
-// fake_engine beside this program).
+// Usage: console_bench [lines] [--sta]   (default 1000000 lines from
+// fake_engine beside this program; with --sta the real engine vexa_sta
+// --ipc_sh prints them from a Tcl loop, so its own encoder is measured too).
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -62,14 +63,15 @@ long resident_kib() {
 int main(int argc, char** argv) {
   QCoreApplication app(argc, argv);
   long lines = argc > 1 ? std::atol(argv[1]) : 1000000;
-  std::string engine = argc > 2 ? argv[2] : std::string(CHRONEL_BIN_DIR) + "/fake_engine";
+  bool real_engine = argc > 2 && std::string(argv[2]) == "--sta";
+  std::string engine = std::string(CHRONEL_BIN_DIR) + (real_engine ? "/vexa_sta" : "/fake_engine");
 
   lum_lum_register_tcl();
   BENCH_FRAME frame;
   LUM_CONSOLE_CTRL console;
   frame.console = &console;
   lum_set_frame(&frame);
-  console.set_engine_command_line("\"" + engine + "\"");
+  console.set_engine_command_line("\"" + engine + "\"" + (real_engine ? " --ipc_sh" : ""));
   if (!console.startup()) {
     std::fprintf(stderr, "console_bench: cannot start %s\n", engine.c_str());
     return 1;
@@ -105,7 +107,8 @@ int main(int argc, char** argv) {
   last_tick = clock.elapsed();
   QElapsedTimer flood;
   flood.start();
-  console.run_command("flood " + std::to_string(lines));
+  std::string count = std::to_string(lines);
+  console.run_command(real_engine ? "for {set i 0} {$i < " + count + "} {incr i} {puts line$i}" : "flood " + count);
   run_until([&] { return console.get_model()->row_count() >= expected_rows && !console.is_busy(); });
   double seconds = flood.nsecsElapsed() / 1e9;
   heartbeat.stop();
