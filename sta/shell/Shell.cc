@@ -8,6 +8,7 @@
 #include <readline/history.h>
 #include <readline/readline.h>
 
+#include <csetjmp>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -24,6 +25,36 @@ void on_sigint(int)
 {
   if (interrupt_target)
     interrupt_target->request_interrupt();
+}
+
+// A crash inside a command (OpenSTA on input it does not expect) is reported
+// as an internal error and the shell returns to its prompt instead of
+// dying. The state of the failed command may be partial; the user is told.
+sigjmp_buf crash_recovery;
+volatile sig_atomic_t crash_recovery_armed = 0;
+volatile sig_atomic_t crash_signal = 0;
+
+void on_crash(int signal_number)
+{
+  if (!crash_recovery_armed) {
+    std::signal(signal_number, SIG_DFL);
+    std::raise(signal_number);
+    return;
+  }
+  crash_recovery_armed = 0;
+  crash_signal = signal_number;
+  siglongjmp(crash_recovery, 1);
+}
+
+void install_crash_handlers()
+{
+  struct sigaction action;
+  std::memset(&action, 0, sizeof action);
+  action.sa_handler = on_crash;
+  action.sa_flags = SA_NODEFER;
+  sigemptyset(&action.sa_mask);
+  for (int s : {SIGSEGV, SIGBUS, SIGFPE, SIGILL})
+    sigaction(s, &action, nullptr);
 }
 
 void flush_tcl_channels(Engine &engine)
@@ -103,6 +134,7 @@ void register_shell_commands(Engine &engine)
 
 void install_interrupt_handler(Engine &engine)
 {
+  install_crash_handlers();
   interrupt_target = &engine;
   struct sigaction action;
   std::memset(&action, 0, sizeof action);
@@ -116,8 +148,26 @@ int evaluate_command(Engine &engine, const std::string &command)
 {
   Tcl_Interp *interp = engine.interp();
   engine.set_command_running(true);
-  int code = Tcl_EvalEx(interp, command.c_str(), static_cast<int>(command.size()),
+  int code = TCL_OK;
+  if (sigsetjmp(crash_recovery, 1) == 0) {
+    crash_recovery_armed = 1;
+    try {
+      code = Tcl_EvalEx(interp, command.c_str(), static_cast<int>(command.size()),
                         TCL_EVAL_GLOBAL);
+    } catch (const std::exception &e) {
+      engine.internal_error(std::string("exception escaped the command: ") + e.what());
+      code = TCL_ERROR;
+    }
+    crash_recovery_armed = 0;
+  } else {
+    engine.set_command_running(false);
+    engine.sink().flush_text();
+    engine.internal_error("signal " + std::to_string(crash_signal) + " (" + strsignal(crash_signal)
+                          + ") caught while running a command; the engine's state may be"
+                          + " incomplete, consider delete_timing_netlist");
+    Tcl_ResetResult(interp);
+    return TCL_ERROR;
+  }
   engine.set_command_running(false);
   bool interrupted = engine.take_interrupt();
   if (code == TCL_ERROR) {

@@ -355,6 +355,16 @@ TEST_F(EngineSession, InterruptStopsARunawayCommand)
   EXPECT_EQ(hidden_texts(engine.command("expr 6*7")), Lines{"42"});
 }
 
+TEST_F(EngineSession, ACrashInsideACommandIsAnInternalErrorAndTheEngineGoesOn)
+{
+  open_with_netlist();
+  // A forged object handle makes OpenSTA dereference a bad pointer.
+  Lines crash = engine.command("get_full_name _0000000000000010_p_Instance");
+  ASSERT_EQ(crash.size(), 1u) << joined(crash);
+  EXPECT_EQ(crash[0].rfind("msg_internal_error 0 \"signal 11", 0), 0u) << crash[0];
+  EXPECT_EQ(hidden_texts(engine.command("llength [get_cells *]")), Lines{"5"});
+}
+
 TEST(EngineExamples, DatapathExampleOpensAndTimes)
 {
   std::string vpf = std::string(CHRONEL_EXAMPLES_DIR) + "/datapath/datapath.vpf";
