@@ -5,11 +5,13 @@
 //   vexa_sta --ipc_sh                line protocol to the front end
 //
 // The directory of device_families.txt is taken from CHRONEL_MISC_DIR when
-// set, else from the build's source tree.
+// set, else from the build's source tree, else from beside the program
+// (../share/chronel/misc or ../misc, for an installed or copied engine).
 #include "Engine.hh"
 #include "shell/Shell.hh"
 
 #include <cstdio>
+#include <filesystem>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -23,6 +25,25 @@ void usage()
                "usage: vexa_sta [project.vpf]\n"
                "       vexa_sta -t script.tcl [args...]\n"
                "       vexa_sta --ipc_sh\n");
+}
+
+std::string find_misc_dir()
+{
+  const char *env = std::getenv("CHRONEL_MISC_DIR");
+  if (env && *env)
+    return env;
+  namespace fs = std::filesystem;
+  std::error_code ec;
+  std::vector<fs::path> candidates{CHRONEL_MISC_DIR_DEFAULT};
+  fs::path exe = fs::read_symlink("/proc/self/exe", ec);
+  if (!ec) {
+    candidates.push_back(exe.parent_path() / "../share/chronel/misc");
+    candidates.push_back(exe.parent_path() / "../misc");
+  }
+  for (const fs::path &dir : candidates)
+    if (fs::exists(dir / "device_families.txt", ec))
+      return dir.lexically_normal().string();
+  return CHRONEL_MISC_DIR_DEFAULT;
 }
 
 } // namespace
@@ -54,9 +75,8 @@ int main(int argc, char *argv[])
       return 2;
     }
   }
-  const char *misc = std::getenv("CHRONEL_MISC_DIR");
   vexa::Engine engine(protocol ? vexa::OutputMode::protocol : vexa::OutputMode::plain,
-                      misc && *misc ? misc : CHRONEL_MISC_DIR_DEFAULT);
+                      find_misc_dir());
   std::string error;
   if (!engine.start(error)) {
     engine.post(vexa::MessageKind::error, "VSTA-1000", error);
