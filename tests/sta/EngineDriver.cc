@@ -103,6 +103,7 @@ bool EngineDriver::read_line(std::string &line, double timeout_seconds)
 
 std::vector<std::string> EngineDriver::read_to_prompt(double timeout_seconds)
 {
+  m_timed_out = false;
   std::vector<std::string> lines;
   std::string line;
   while (read_line(line, timeout_seconds)) {

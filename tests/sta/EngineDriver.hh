@@ -18,7 +18,8 @@ public:
   // Writes text (a "\n" is added) to the engine's stdin.
   void send(const std::string &text);
   // Reads lines until one equals "tcl> " (returned, without it) or the
-  // timeout passes (then timed_out() is true).
+  // timeout passes (then timed_out() is true; lines read so far are lost
+  // to the caller but stay in the transcript).
   std::vector<std::string> read_to_prompt(double timeout_seconds = 60.0);
   // Reads one line (false at end of output or timeout).
   bool read_line(std::string &line, double timeout_seconds = 60.0);
