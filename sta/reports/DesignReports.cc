@@ -263,7 +263,16 @@ std::vector<HistogramBinRow> histogram_bins(const std::vector<double> &values, i
     else
       low = high - 1.0;
   }
-  const double width = (high - low) / num_bins;
+  double width = (high - low) / num_bins;
+  if (!min_value && !max_value && low < 0 && high > 0 && num_bins > 1) {
+    // Make zero a bin edge so that failing and passing end points never
+    // share a bin: k bins below zero, the rest above, all of one width.
+    int below = static_cast<int>(std::lround(num_bins * -low / (high - low)));
+    below = std::clamp(below, 1, num_bins - 1);
+    width = std::max(-low / below, high / (num_bins - below));
+    low = -width * below;
+    high = width * (num_bins - below);
+  }
   std::vector<HistogramBinRow> bins(static_cast<size_t>(num_bins));
   for (int i = 0; i < num_bins; i++) {
     bins[i].from = low + width * i;

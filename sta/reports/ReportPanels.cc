@@ -107,8 +107,8 @@ std::vector<ReportTable> sdc_tables(const std::vector<std::string> &lines)
   }
   for (size_t t = 0; t < tables.size(); t++) {
     ReportTable &table = tables[t];
-    // Columns: the options in order of first use, then the targets and the
-    // whole command (so nothing an option parser missed is lost).
+    // Columns: a leading value, the options in order of first use, then the
+    // targets.
     std::vector<std::string> options;
     for (const ConstraintEntry &entry : entries[t])
       for (const auto &option : entry.options)
@@ -125,7 +125,10 @@ std::vector<ReportTable> sdc_tables(const std::vector<std::string> &lines)
     for (const std::string &option : options)
       table.columns.push_back(option.substr(1));
     table.columns.push_back("Targets");
-    table.columns.push_back("SDC Command");
+    // Commands of unknown shape keep their whole text, so nothing an option
+    // parser could miss is lost.
+    if (other)
+      table.columns.push_back("SDC Command");
     for (const ConstraintEntry &entry : entries[t]) {
       std::vector<std::string> cells;
       if (other)
@@ -140,7 +143,8 @@ std::vector<ReportTable> sdc_tables(const std::vector<std::string> &lines)
         cells.push_back(cell);
       }
       cells.push_back(entry.targets);
-      cells.push_back(entry.line);
+      if (other)
+        cells.push_back(entry.line);
       table.add_row(std::move(cells));
     }
   }

@@ -7,6 +7,8 @@
 #include "reports/ReportOutput.hh"
 
 #include <gtest/gtest.h>
+
+#include <cmath>
 #include <tcl.h>
 
 namespace vexa {
@@ -85,6 +87,18 @@ TEST(HistogramBins, SpanTheDataAndCountEveryValueOnce)
   EXPECT_EQ(bins[1].count, 1);
   EXPECT_EQ(bins[2].count, 2);
   EXPECT_EQ(bins[3].count, 1);
+}
+
+TEST(HistogramBins, ZeroIsABinEdgeWhenTheSlacksSpanIt)
+{
+  auto bins = histogram_bins({-0.3, 0.1, 2.7}, 10, std::nullopt, std::nullopt);
+  bool zero_edge = false;
+  for (const auto &bin : bins)
+    zero_edge = zero_edge || std::fabs(bin.to) < 1e-12;
+  EXPECT_TRUE(zero_edge);
+  EXPECT_LE(bins.front().from, -0.3);
+  EXPECT_GE(bins.back().to, 2.7);
+  EXPECT_EQ(bins.front().count, 1);  // the failing end point is alone below zero
 }
 
 TEST(HistogramBins, GivenLimitsDropValuesOutsideAndSingleValuesGetARange)
