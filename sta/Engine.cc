@@ -312,6 +312,8 @@ void Engine::progress(int percent)
 
 int Engine::tcl_error(std::string_view msg)
 {
+  // Forget a nested command's error, so errorInfo starts with this message.
+  Tcl_ResetResult(m_interp);
   Tcl_SetObjResult(m_interp, Tcl_NewStringObj(msg.data(), static_cast<int>(msg.size())));
   return TCL_ERROR;
 }

@@ -232,6 +232,28 @@ TEST_F(EngineSession, UnlinkableDesignIsRefusedWithoutANetlist)
   EXPECT_TRUE(callbacks(missing).empty());
 }
 
+TEST(EngineFamilies, MissingLibertyFileIsNamedAndNoNetlistIsMade)
+{
+  TestProject project;
+  project.write("device_families.txt",
+                "[OSU]\nrise_fall = no\nspeed_grade = 035\n"
+                "slow_liberty = nowhere/missing.lib\nfast_liberty = nowhere/missing.lib\n");
+  setenv("CHRONEL_MISC_DIR", project.dir().c_str(), 1);
+  EngineDriver engine;
+  unsetenv("CHRONEL_MISC_DIR");
+  engine.read_to_prompt();
+  engine.command("project_open \"" + project.vpf() + "\"");
+  Lines create = engine.command("create_timing_netlist");
+  EXPECT_NE(joined(create).find("cannot read Liberty file " + project.dir()
+                                + "/nowhere/missing.lib"), std::string::npos) << joined(create);
+  EXPECT_TRUE(callbacks(create).empty());
+  // The family lacks the rise/fall trait here.
+  EXPECT_NE(joined(engine.command("create_timing_netlist -risefall")).find("rise/fall"),
+            std::string::npos);
+  engine.send("exit");
+  EXPECT_EQ(engine.finish(), 0);
+}
+
 TEST_F(EngineSession, IncompleteCommandGetsContinuationPrompts)
 {
   engine.send("proc twice {x} {");
