@@ -1,0 +1,130 @@
+// The whole front end against the real engine, offscreen: the launcher's entry
+// points open the example project, the menu builds the timing netlist, the
+// flags and the menus follow, a command typed in the console runs, and closing
+// with unsaved constraints asks and writes the SDC file. Skipped (with the
+// reason) while the engine or the example project is not built yet.
+#include <QAction>
+#include <QFileInfo>
+#include <QProcess>
+
+#include <fstream>
+#include <sstream>
+
+#include "engine/lum_console_ctrl.hh"
+#include "engine/lum_console_model.hh"
+#include "engine/lum_console_view.hh"
+#include "frame/lum_detached_frame.hh"
+#include "frame/lum_entry.hh"
+#include "lum_frame_test_support.hh"
+
+namespace {
+
+using lum_test::wait_until;
+
+const std::string kEngine = std::string(CHRONEL_BIN_DIR) + "/vexa_sta";
+const std::string kExample = std::string(CHRONEL_EXAMPLES_DIR) + "/datapath/datapath.vpf";
+
+class FrameWithEngine : public lum_test::FrameFixture {
+ protected:
+  void SetUp() override {
+    if (!QFileInfo(QString::fromStdString(kEngine)).isExecutable())
+      GTEST_SKIP() << "the engine " << kEngine << " is not built (configure with the sta component)";
+    if (!QFileInfo(QString::fromStdString(kExample)).isFile())
+      GTEST_SKIP() << "the example project " << kExample << " is missing";
+    FrameFixture::SetUp();
+  }
+  void TearDown() override {
+    if (LUM_DETACHED_FRAME* frame = LUM_DETACHED_FRAME::get_instance()) delete frame;
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    if (!IsSkipped()) FrameFixture::TearDown();
+  }
+
+  static bool has_row(LUM_CONSOLE_MODEL* model, const std::string& text) {
+    for (int row = 0; row < model->row_count(); ++row)
+      if (model->row_text(row).find(text) != std::string_view::npos) return true;
+    return false;
+  }
+};
+
+TEST_F(FrameWithEngine, OpenBuildTypeAndCloseWithTheSdcQuestion) {
+  // What the launcher does with "vexa_lumex examples/datapath/datapath.vpf".
+  auto* frame = static_cast<LUM_DETACHED_FRAME*>(lum_dyn_adv_kro_tool());
+  ASSERT_NE(frame, nullptr);
+  ASSERT_TRUE(lum_open_project_file(kExample.c_str()));
+  LUM_CONSOLE_CTRL* console = frame->get_console_ctrl();
+  ASSERT_TRUE(wait_until([&] { return frame->get_state_flag(LUM_STATE_FLAG::PROJECT_IS_OPEN) == '1' && !console->is_busy(); }, 60000));
+  EXPECT_TRUE(frame->windowTitle().contains("datapath"));
+  EXPECT_EQ(frame->get_revision(), "datapath");
+  QAction* create = frame->find_action(LUM_ID_CREATE_TIMING_NETLIST);
+  QAction* report = frame->find_action(LUM_ID_REPORT_SETUP_SUMMARY);
+  ASSERT_TRUE(create->isEnabled());
+  EXPECT_FALSE(report->isEnabled());
+
+  create->trigger();
+  EXPECT_FALSE(create->isEnabled()) << "busy while the netlist is built";
+  ASSERT_TRUE(wait_until([&] { return frame->get_state_flag(LUM_STATE_FLAG::NETLIST_IS_CREATED) == '1' && !console->is_busy(); }, 120000));
+  EXPECT_FALSE(create->isEnabled());
+  // The revision's SDC files are read with the netlist; when that leaves the
+  // netlist behind the constraints, Update brings it up to date.
+  if (frame->get_state_flag(LUM_STATE_FLAG::NETLIST_IS_UP_TO_DATE) == '0') {
+    EXPECT_FALSE(report->isEnabled());
+    QAction* update = frame->find_action(LUM_ID_UPDATE_NETLIST);
+    ASSERT_TRUE(update->isEnabled());
+    update->trigger();
+    ASSERT_TRUE(wait_until([&] { return !console->is_busy() && console->pending_count() == 0; }, 120000));
+  }
+  EXPECT_EQ(frame->get_state_flag(LUM_STATE_FLAG::NETLIST_IS_UP_TO_DATE), '1');
+  EXPECT_FALSE(frame->find_action(LUM_ID_UPDATE_NETLIST)->isEnabled());
+  EXPECT_TRUE(report->isEnabled());
+  EXPECT_TRUE(frame->find_action(LUM_ID_WRITE_SDC_FILE)->isEnabled());
+  EXPECT_EQ(frame->get_statusbar_text(1), "Ready");
+
+  // A command typed at the console's prompt.
+  LUM_CONSOLE_ROWS* rows = frame->get_console_view()->get_rows();
+  ASSERT_TRUE(wait_until([&] { return rows->open_edit_line(true) != nullptr; }, 10000));
+  LUM_CONSOLE_EDIT_CTRL* edit = rows->open_edit_line(true);
+  edit->setText("puts \"typed [expr {6*7}]\"");
+  rows->on_validate_edit();
+  ASSERT_TRUE(wait_until([&] { return has_row(console->get_model(), "typed 42") && !console->is_busy(); }, 30000));
+
+  // A constraint makes the netlist stale: reports grey, update enables.
+  edit = rows->open_edit_line(true);
+  ASSERT_NE(edit, nullptr);
+  edit->setText("create_clock -name vclk -period 20");
+  rows->on_validate_edit();
+  ASSERT_TRUE(wait_until([&] { return frame->get_state_flag(LUM_STATE_FLAG::NETLIST_IS_UP_TO_DATE) == '0' && !console->is_busy(); }, 30000));
+  EXPECT_FALSE(report->isEnabled());
+  EXPECT_TRUE(frame->find_action(LUM_ID_UPDATE_NETLIST)->isEnabled());
+  EXPECT_TRUE(frame->get_sdc_needs_saving());
+
+  // Closing asks about the unsaved constraints; Yes writes them first.
+  const std::string sdc = path("saved [session] $1.sdc");
+  m_answers = {MSG_ANSWER_YES};
+  m_files = {sdc};
+  EXPECT_TRUE(frame->close());
+  EXPECT_EQ(m_boxes, std::vector<std::string>{"LUM_PROMPT_TO_WRITE_SDC"});
+  EXPECT_EQ(LUM_DETACHED_FRAME::get_instance(), nullptr);
+  std::ifstream in(sdc);
+  ASSERT_TRUE(in.good()) << "the engine wrote no SDC file before it ended";
+  std::stringstream text;
+  text << in.rdbuf();
+  EXPECT_NE(text.str().find("vclk"), std::string::npos) << text.str();
+}
+
+TEST_F(FrameWithEngine, TheLauncherOpensTheExampleAndTakesAScreenshot) {
+  const QString launcher = QString(CHRONEL_BIN_DIR) + "/vexa_lumex";
+  if (!QFileInfo(launcher).isExecutable()) GTEST_SKIP() << "vexa_lumex is not built";
+  const QString png = QString::fromStdString(path("shot.png"));
+  QProcess process;
+  QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+  env.insert("QT_QPA_PLATFORM", "offscreen");
+  env.insert("XDG_CONFIG_HOME", m_dir.path());
+  process.setProcessEnvironment(env);
+  process.start(launcher, {"--command", "create_timing_netlist", "--screenshot", png, QString::fromStdString(kExample)});
+  ASSERT_TRUE(process.waitForFinished(120000)) << process.readAllStandardError().toStdString();
+  EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+  EXPECT_GT(QFileInfo(png).size(), 1000);
+
+}
+
+}  // namespace
