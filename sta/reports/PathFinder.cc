@@ -474,8 +474,9 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
         PathPointRecord unc_row;
         unc_row.element = "clock uncertainty";
         unc_row.type = "clock";
-        // OpenSTA keeps the uncertainty signed for the check's direction.
-        add_row(rows, last, last - unit.to_user(analysis_is_max(analysis) ? uncertainty : -uncertainty), unc_row);
+        // OpenSTA gives the uncertainty signed for the check's direction
+        // (earlier for setup, later for hold).
+        add_row(rows, last, last + unit.to_user(uncertainty), unc_row);
       }
     }
     PathPointRecord check_row;

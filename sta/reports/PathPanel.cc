@@ -30,14 +30,15 @@ void visit_point_rows(const std::vector<PathPointRecord> &points, bool show_rout
                       const std::function<void(const PointCells &)> &visit)
 {
   PointCells cells;
-  // A folded interconnect row (a load pin followed by its cell's output)
-  // passes its increment on to the row that follows.
+  // A folded interconnect row (a load pin of the data path followed by its
+  // cell's output) passes its increment on to the row that follows. Clock
+  // network rows are never folded: the launching clock pin must show.
   double pending = 0;
   for (size_t i = 0; i < points.size(); i++) {
     const PathPointRecord &point = points[i];
     bool next_is_cell = i + 1 < points.size() && (points[i + 1].type == "CELL" ||
                                                   points[i + 1].type == "uTco");
-    if (!show_routing && point.type == "IC" && next_is_cell) {
+    if (!show_routing && point.type == "IC" && next_is_cell && !point.is_clock_path) {
       pending += point.incr;
       continue;
     }

@@ -219,6 +219,11 @@ struct BadCommand
   const char *message;  // a fragment of the error message
 };
 
+void PrintTo(const BadCommand &c, std::ostream *out)
+{
+  *out << c.command;
+}
+
 class BadInput : public testing::TestWithParam<BadCommand>
 {};
 

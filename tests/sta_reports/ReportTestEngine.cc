@@ -21,15 +21,16 @@ ReportTestEngine::ReportTestEngine()
     ADD_FAILURE() << "engine start failed: " << error;
 }
 
-ReportTestEngine &ReportTestEngine::with_design(const std::string &design)
+ReportTestEngine &ReportTestEngine::with_design(const std::string &design,
+                                                const std::string &constraints)
 {
   static ReportTestEngine *instance = new ReportTestEngine;
-  if (instance->m_design != design)
-    instance->open_design(design);
+  if (instance->m_design != design || instance->m_constraints != constraints)
+    instance->open_design(design, constraints);
   return *instance;
 }
 
-void ReportTestEngine::open_design(const std::string &design)
+void ReportTestEngine::open_design(const std::string &design, const std::string &constraints)
 {
   if (!m_design.empty())
     must("project_close");
@@ -46,9 +47,12 @@ void ReportTestEngine::open_design(const std::string &design)
   }
   m_dir = target.string();
   m_design = design;
+  m_constraints = constraints;
   must("project_open " + (target / (design + ".vpf")).string());
   must("create_timing_netlist");
   must("read_sdc");
+  if (!constraints.empty())
+    must(constraints);
   must("update_timing_netlist");
 }
 

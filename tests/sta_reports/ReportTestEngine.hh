@@ -28,7 +28,10 @@ class ReportTestEngine
 public:
   // The process's engine with `design` ("datapath", "twoclocks", "resets")
   // open, its netlist created, its constraints read and timing up to date.
-  static ReportTestEngine &with_design(const std::string &design);
+  // `constraints` are SDC commands applied after the design's own file (the
+  // same commands run_sta-style comparisons must apply as well).
+  static ReportTestEngine &with_design(const std::string &design,
+                                       const std::string &constraints = "");
 
   CommandResult run(const std::string &command);
   // Runs and fails the current test when the command fails.
@@ -45,9 +48,10 @@ public:
 
 private:
   ReportTestEngine();
-  void open_design(const std::string &design);
+  void open_design(const std::string &design, const std::string &constraints);
   std::unique_ptr<Engine> m_engine;
   std::string m_design;
+  std::string m_constraints;
   std::string m_dir;
 };
 

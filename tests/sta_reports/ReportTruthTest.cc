@@ -46,7 +46,7 @@ std::string run_program(const std::string &command)
   return output;
 }
 
-StaRun run_sta(const ReportTestEngine &test, bool max, int count,
+StaRun run_sta(const ReportTestEngine &test, const std::string &constraints, bool max, int count,
                const std::vector<std::string> &endpoints)
 {
   std::string script_path = "/tmp/chronel_truth_" + std::to_string(getpid()) + ".tcl";
@@ -56,6 +56,7 @@ StaRun run_sta(const ReportTestEngine &test, bool max, int count,
            << "read_verilog " << test.netlist_file() << "\n"
            << "link_design " << test.design() << "\n"
            << "read_sdc " << test.sdc_file() << "\n"
+           << constraints << "\n"
            << "puts \"@@END\"\n"
            << "report_checks -path_delay " << (max ? "max" : "min") << " -group_count " << count
            << " -endpoint_count 1 -format end -digits 4\n";
@@ -106,7 +107,21 @@ struct TruthCase
   const char *design;
   Analysis analysis;
   int npaths;
+  const char *constraints = "";  // extra SDC applied to both tools
+  const char *label = "";
 };
+
+void PrintTo(const TruthCase &c, std::ostream *out)
+{
+  *out << c.design << " " << analysis_name(c.analysis) << " " << c.npaths << c.label;
+}
+
+const char *const kPropagated =
+  "set_propagated_clock [all_clocks]\n"
+  "set_clock_uncertainty 0.05 [all_clocks]\n"
+  "set_multicycle_path 2 -setup -from [get_clocks io_clk] -to [get_clocks sys_clk]";
+const char *const kResetsPropagated =
+  "set_propagated_clock [all_clocks]\nset_clock_uncertainty -setup 0.1 [all_clocks]";
 
 class ReportTruth : public testing::TestWithParam<TruthCase>
 {};
@@ -114,7 +129,7 @@ class ReportTruth : public testing::TestWithParam<TruthCase>
 TEST_P(ReportTruth, WorstPathsMatchReportChecks)
 {
   const TruthCase &c = GetParam();
-  ReportTestEngine &test = ReportTestEngine::with_design(c.design);
+  ReportTestEngine &test = ReportTestEngine::with_design(c.design, c.constraints);
   PathQuery query;
   query.analysis = c.analysis;
   query.npaths = c.npaths;
@@ -124,7 +139,7 @@ TEST_P(ReportTruth, WorstPathsMatchReportChecks)
   std::vector<std::string> endpoints;
   for (const TimingPathRecord &path : ours)
     endpoints.push_back(path.to_node);
-  StaRun sta = run_sta(test, analysis_is_max(c.analysis), c.npaths, endpoints);
+  StaRun sta = run_sta(test, c.constraints, analysis_is_max(c.analysis), c.npaths, endpoints);
 
   // Recovery and removal checks form OpenSTA's asynchronous path group.
   bool async = c.analysis == Analysis::recovery || c.analysis == Analysis::removal;
@@ -147,6 +162,11 @@ TEST_P(ReportTruth, WorstPathsMatchReportChecks)
     ASSERT_FALSE(ours[i].arrival_points.empty());
     EXPECT_NEAR(ours[i].arrival_points.back().total, ours[i].arrival, 1e-9);
     EXPECT_NEAR(ours[i].required_points.back().total, ours[i].required, 1e-9);
+    // Each row's total is the previous total plus its increment.
+    for (const auto *points : {&ours[i].arrival_points, &ours[i].required_points})
+      for (size_t row = 1; row < points->size(); row++)
+        EXPECT_NEAR((*points)[row].total, (*points)[row - 1].total + (*points)[row].incr, 1e-5)
+          << (*points)[row].element;
   }
 }
 
@@ -159,9 +179,15 @@ INSTANTIATE_TEST_SUITE_P(
                   TruthCase{"resets", Analysis::setup, 10},
                   TruthCase{"resets", Analysis::hold, 1},
                   TruthCase{"resets", Analysis::recovery, 1},
-                  TruthCase{"resets", Analysis::removal, 1}),
+                  TruthCase{"resets", Analysis::removal, 1},
+                  // Propagated clocks, uncertainty and a cross-clock
+                  // multicycle path exercise the capture side's rows.
+                  TruthCase{"twoclocks", Analysis::setup, 10, kPropagated, "_propagated"},
+                  TruthCase{"twoclocks", Analysis::hold, 3, kPropagated, "_propagated"},
+                  TruthCase{"resets", Analysis::recovery, 3, kResetsPropagated, "_propagated"}),
   [](const testing::TestParamInfo<TruthCase> &info) {
-    return std::string(info.param.design) + "_" + analysis_name(info.param.analysis);
+    return std::string(info.param.design) + "_" + analysis_name(info.param.analysis) +
+           info.param.label;
   });
 
 } // namespace
