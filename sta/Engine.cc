@@ -9,6 +9,7 @@
 #include "Network.hh"
 #include "Sta.hh"
 #include "StaMain.hh"
+#include "VerilogReader.hh"
 
 #include <tcl.h>
 
@@ -130,6 +131,20 @@ bool Engine::start(std::string &error)
   register_report_commands(*this);
   Tcl_ResetResult(m_interp);
   return true;
+}
+
+void Engine::renew_sta()
+{
+  // The old instance goes first: its report restores Tcl's standard channels
+  // when it is destroyed, and the new report then wraps those.
+  // OpenSTA's Verilog reader is a single static object bound to the
+  // network it was first used with; it must go with that network.
+  sta::deleteVerilogReader();
+  delete m_sta;
+  m_sta = new EngineSta(*this);
+  sta::Sta::setSta(m_sta);
+  m_sta->makeComponents();
+  m_sta->setTclInterp(m_interp);
 }
 
 sta::Network *Engine::network() const

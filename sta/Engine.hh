@@ -88,6 +88,12 @@ public:
   const DeviceFamilies &families() const { return m_families; }
   const std::string &misc_dir() const { return m_misc_dir; }
 
+  // Replaces the OpenSTA instance by a fresh one. OpenSTA cannot unload a
+  // Liberty library, and its linker binds cells to the first library read,
+  // so every timing netlist is built in a new instance. Pointers taken from
+  // sta() or network() before the call are invalid after it.
+  void renew_sta();
+
   // --- Project ---------------------------------------------------------------
   // The open project, or nullptr.
   const OpenProject *project() const { return m_project ? &*m_project : nullptr; }

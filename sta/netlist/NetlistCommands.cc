@@ -110,6 +110,7 @@ int create_timing_netlist(Engine &engine, Tcl_Interp *interp, int objc, Tcl_Obj 
 
   std::string error;
   engine.progress(0);
+  engine.renew_sta();
   bool ok = step(engine, "read_liberty " + braced(liberty), "cannot read Liberty file " + liberty,
                  error);
   engine.progress(25);

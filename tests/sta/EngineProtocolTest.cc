@@ -343,6 +343,28 @@ TEST_F(EngineSession, WriteSdcRoundTripsWhatWasEntered)
   EXPECT_EQ(text.str(), text2.str());
 }
 
+TEST_F(EngineSession, EachNetlistUsesTheLibraryOfItsGradeAndModel)
+{
+  auto arrival = [&](const std::string &create) {
+    Lines made = engine.command(create);
+    EXPECT_TRUE(lines_starting(made, "msg_post 0 warning").empty()) << joined(made);
+    engine.command("create_clock -name clk -period 10 clk");
+    engine.command("set_output_delay 2 -clock clk {q[0]}");
+    Lines report = hidden_texts(engine.command("report_checks -format end"));
+    engine.command("delete_timing_netlist");
+    return report;
+  };
+  open_with_netlist();
+  engine.command("delete_timing_netlist");
+  Lines slow = arrival("create_timing_netlist");
+  Lines fast = arrival("create_timing_netlist -fast_model");
+  Lines slowest = arrival("create_timing_netlist -speed 050 ");
+  EXPECT_FALSE(slow.empty());
+  EXPECT_NE(slow, fast);
+  EXPECT_NE(slow, slowest);
+  EXPECT_EQ(slow, arrival("create_timing_netlist -speed 035"));
+}
+
 TEST_F(EngineSession, ReportsTypedWhileStaleUpdateTimingFirst)
 {
   open_with_netlist();
