@@ -23,6 +23,8 @@
 #include "Transition.hh"
 #include "Units.hh"
 
+#include <tcl.h>
+
 #include <algorithm>
 #include <cmath>
 #include <map>
@@ -516,6 +518,18 @@ SET *set_of(const std::vector<T *> &items)
   return set;
 }
 
+// A -thru set is kept as a Tcl list of names.
+std::vector<std::string> split_name_list(const std::string &text)
+{
+  int count = 0;
+  const char **words = nullptr;
+  if (Tcl_SplitList(nullptr, text.c_str(), &count, &words) != TCL_OK)
+    return {text};
+  std::vector<std::string> names(words, words + count);
+  Tcl_Free(reinterpret_cast<char *>(words));
+  return names;
+}
+
 ExceptionParts make_exceptions(sta::Sta *sta, const PathQuery &query)
 {
   // Resolve every name before building anything, so a bad name leaves no
@@ -523,7 +537,7 @@ ExceptionParts make_exceptions(sta::Sta *sta, const PathQuery &query)
   ResolvedNodes from = resolve_nodes(sta, query.from, "-from", false);
   std::vector<ResolvedNodes> thrus;
   for (const std::string &thru : query.thru)
-    thrus.push_back(resolve_nodes(sta, {thru}, "-thru", true));
+    thrus.push_back(resolve_nodes(sta, split_name_list(thru), "-thru", true));
   ResolvedNodes to = resolve_nodes(sta, query.to, "-to", false);
   std::vector<sta::Clock *> from_clocks = resolve_clocks(sta, query.from_clocks, "-from_clock");
   std::vector<sta::Clock *> to_clocks = resolve_clocks(sta, query.to_clocks, "-to_clock");

@@ -58,6 +58,7 @@ ReportArgs::ReportArgs(const char *command, int objc, Tcl_Obj *const objv[],
           throw ReportError(std::string(command) + ": option " + match->name +
                             " needs a value.");
         m_values[match->name] = Tcl_GetString(objv[++i]);
+        m_all_values[match->name].push_back(m_values[match->name]);
       } else {
         m_values[match->name] = "";
       }
@@ -73,6 +74,12 @@ std::string ReportArgs::value(const char *option) const
 {
   auto it = m_values.find(option);
   return it == m_values.end() ? std::string() : it->second;
+}
+
+std::vector<std::string> ReportArgs::values(const char *option) const
+{
+  auto it = m_all_values.find(option);
+  return it == m_all_values.end() ? std::vector<std::string>() : it->second;
 }
 
 std::optional<int> ReportArgs::positive_int(const char *option) const

@@ -30,8 +30,11 @@ public:
              std::initializer_list<OptionSpec> options, size_t max_positionals);
 
   bool has(const char *option) const { return m_values.count(option) != 0; }
-  // The value of an option given with a value; "" when absent.
+  // The value of an option given with a value; "" when absent. When an
+  // option is given more than once the last value counts, except through
+  // values(), which returns every one in order (report_timing's -thru).
   std::string value(const char *option) const;
+  std::vector<std::string> values(const char *option) const;
   const std::vector<std::string> &positionals() const { return m_positionals; }
 
   // Typed accessors; each throws ReportError for a bad value.
@@ -47,6 +50,7 @@ public:
 private:
   const char *m_command;
   std::map<std::string, std::string> m_values;
+  std::map<std::string, std::vector<std::string>> m_all_values;
   std::vector<std::string> m_positionals;
   std::string m_command_line;
 };

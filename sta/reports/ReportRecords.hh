@@ -64,7 +64,7 @@ struct PathQuery
   std::vector<std::string> from_clocks;
   std::vector<std::string> to_clocks;
   std::vector<std::string> from;  // pins, ports or instances
-  std::vector<std::string> thru;  // each entry is one -thru point set
+  std::vector<std::string> thru;  // each entry is one -thru point set, a Tcl list of names
   std::vector<std::string> to;
   int npaths = 1;
   std::optional<double> less_than_slack;

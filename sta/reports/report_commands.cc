@@ -191,9 +191,19 @@ int report_timing(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
   query.to_clocks = object_option(engine, args, "-to_clock");
   query.from = object_option(engine, args, "-from");
   query.to = object_option(engine, args, "-to");
-  if (args.has("-thru"))
-    for (const std::string &name : object_option(engine, args, "-thru"))
-      query.thru.push_back(name);
+  // Each -thru is one set of points the path must pass, in order; the
+  // names of one set are joined as a list.
+  for (const std::string &thru : args.values("-thru")) {
+    std::vector<std::string> names = object_names(engine, split_tcl_list(thru));
+    if (names.empty())
+      throw ReportError("report_timing: option -thru names nothing.");
+    Tcl_Obj *list = Tcl_NewListObj(0, nullptr);
+    Tcl_IncrRefCount(list);
+    for (const std::string &name : names)
+      Tcl_ListObjAppendElement(nullptr, list, Tcl_NewStringObj(name.c_str(), -1));
+    query.thru.push_back(Tcl_GetString(list));
+    Tcl_DecrRefCount(list);
+  }
 
   sta::Sta *sta = engine.sta();
   // Common clock pessimism removal for this report only.

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -121,7 +122,22 @@ TEST(TimingPanel, FiltersByClocksNodesAndSlack)
             "ToPin");
   test.must("report_timing -npaths 1000 -less_than_slack 0 -summary -panel_name Failing");
   test.must("report_timing -all_failing -summary -panel_name AllFailing");
+  test.must("report_timing -thru _199_/Y -thru [get_pins _264_/Y] -npaths 3 -panel_name Thru");
   auto report = test.open_report();
+
+  RDB_OBJECT *thru = report->find_object("Thru");
+  ASSERT_GT(thru->get_number_of_children(), 1);
+  for (int i = 1; i < thru->get_number_of_children(); i++) {
+    auto *path = dynamic_cast<RDB_PATH_OBJECT *>(thru->get_child(i));
+    std::vector<std::string> elements;
+    RDB_TABLE_OBJECT *arrival = path->get_data_arrival_table();
+    for (int row = 1; row < arrival->get_number_of_rows(); row++)
+      elements.push_back(arrival->get_data(row, 6));
+    auto first = std::find(elements.begin(), elements.end(), "_199_/Y");
+    auto second = std::find(elements.begin(), elements.end(), "_264_/Y");
+    EXPECT_TRUE(first != elements.end() && second != elements.end() && first < second)
+      << path->get_name();
+  }
 
   RDB_TABLE_OBJECT *crossing = table_at(report->find_object("Crossing")->get_child(0));
   ASSERT_GT(crossing->get_number_of_data_rows(), 0);
