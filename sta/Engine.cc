@@ -122,6 +122,17 @@ bool Engine::start(std::string &error)
     post(MessageKind::critical_warning, "VSTA-1002",
          "Device-family data not loaded: " + family_error);
   m_async = Tcl_AsyncCreate(async_interrupt, this);
+  // OpenSTA's readers print their faults as text lines "Error: ..." and
+  // "Warning: ..."; the front end gets them as posts it can count and colour.
+  m_sink.set_line_filter([this](std::string_view line) {
+    if (line.rfind("Error: ", 0) == 0)
+      post(MessageKind::error, "STA-0", line.substr(7));
+    else if (line.rfind("Warning: ", 0) == 0)
+      post(MessageKind::warning, "STA-0", line.substr(9));
+    else
+      return false;
+    return true;
+  });
 
   register_shell_commands(*this);
   register_project_commands(*this);
@@ -288,6 +299,8 @@ void Engine::callback(std::string_view line)
 void Engine::post(MessageKind kind, std::string_view id, std::string_view text,
                   const std::vector<SubMessage> &subs)
 {
+  if (kind == MessageKind::error)
+    ++m_error_count;
   if (m_sink.mode() == OutputMode::plain) {
     print_plain_message(m_sink, kind, text, subs, 0);
     return;

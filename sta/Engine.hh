@@ -152,6 +152,9 @@ public:
   // A message post "msg_post 0 KIND ID TEXT SUBS" (plain mode: "Error: TEXT").
   void post(MessageKind kind, std::string_view id, std::string_view text,
             const std::vector<SubMessage> &subs = {});
+  // Number of error posts so far (a step that adds some has failed even
+  // when OpenSTA's command itself returned normally).
+  int error_count() const { return m_error_count; }
   // A broken invariant of the engine: "msg_internal_error 0 TEXT".
   void internal_error(std::string_view text);
   // Progress of long work, 0..100: "report_status N".
@@ -191,6 +194,7 @@ private:
   volatile bool m_command_running = false;
   bool m_interrupted = false;
   bool m_reading_sdc = false;
+  int m_error_count = 0;
 };
 
 } // namespace vexa

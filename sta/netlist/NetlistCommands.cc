@@ -49,8 +49,17 @@ std::string time_unit_text(Engine &engine)
 // Runs one OpenSTA reading step; on failure the error names the step.
 bool step(Engine &engine, const std::string &script, const std::string &what, std::string &error)
 {
-  if (engine.eval(script) == TCL_OK)
+  int errors_before = engine.error_count();
+  int code = engine.eval(script);
+  // read_verilog answers 0 for a netlist it could not parse.
+  bool refused = code == TCL_OK && std::string(Tcl_GetStringResult(engine.interp())) == "0"
+                 && script.rfind("read_verilog ", 0) == 0;
+  if (code == TCL_OK && engine.error_count() == errors_before && !refused)
     return true;
+  if (code == TCL_OK) {
+    error = what + " (see the errors above)";
+    return false;
+  }
   std::string message = Tcl_GetStringResult(engine.interp());
   if (message.rfind("Error: ", 0) == 0)
     message.erase(0, 7);

@@ -4,11 +4,15 @@
 // report (it stacks its own channel type on them), so overriding the two
 // console primitives catches OpenSTA's reports, its warnings and every
 // "puts" in one place. Warnings and errors that OpenSTA reports through the
-// report become message posts instead of plain text.
+// report become message posts instead of plain text (and in protocol mode
+// the sink's line filter, installed by Engine, does the same for the lines
+// "Error: ..." and "Warning: ..." that OpenSTA's readers print).
 #pragma once
 
 #include "Machine.hh"
 #include "ReportTcl.hh"
+
+#include <string_view>
 
 namespace vexa {
 

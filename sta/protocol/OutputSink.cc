@@ -38,6 +38,8 @@ void OutputSink::emit_line(std::string_view line)
 {
   if (!line.empty() && line.back() == '\r')
     line.remove_suffix(1);
+  if (m_filter && m_filter(line))
+    return;
   write_fd(m_protocol_fd, encode_text_line(line));
 }
 
@@ -55,9 +57,11 @@ void OutputSink::write_text(std::string_view text)
       m_partial.append(text.substr(start));
       return;
     }
-    m_partial.append(text.substr(start, nl - start));
-    emit_line(m_partial);
-    m_partial.clear();
+    // The filter may post, and posting flushes: hand the line over first.
+    std::string line;
+    line.swap(m_partial);
+    line.append(text.substr(start, nl - start));
+    emit_line(line);
     start = nl + 1;
   }
 }
@@ -74,8 +78,9 @@ void OutputSink::write_error_text(std::string_view text)
 void OutputSink::flush_text()
 {
   if (m_mode == OutputMode::protocol && !m_partial.empty()) {
-    emit_line(m_partial);
-    m_partial.clear();
+    std::string line;
+    line.swap(m_partial);
+    emit_line(line);
   }
 }
 

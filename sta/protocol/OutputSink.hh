@@ -10,6 +10,7 @@
 // (interactive and batch) text is written as it is.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -41,6 +42,13 @@ public:
   // protocol lines are not written (callers use plain-mode forms instead).
   void write_protocol_line(std::string_view line);
 
+  // Protocol mode: each complete text line is first offered to the filter;
+  // a line it returns true for has been dealt with and is not written.
+  void set_line_filter(std::function<bool(std::string_view)> filter)
+  {
+    m_filter = std::move(filter);
+  }
+
   // Plain-mode prompt text, written without a line end.
   void write_plain_prompt(std::string_view prompt);
 
@@ -51,6 +59,7 @@ private:
   OutputMode m_mode;
   int m_protocol_fd = 1;
   std::string m_partial;
+  std::function<bool(std::string_view)> m_filter;
 };
 
 } // namespace vexa

@@ -207,7 +207,7 @@ TEST_F(EngineSession, FailingCommandsPostAnErrorAndTheEngineKeepsItsState)
   EXPECT_EQ(hidden_texts(engine.command("llength [get_cells *]")), Lines{"5"});
 }
 
-TEST_F(EngineSession, UnlinkableDesignIsRefusedWithoutANetlist)
+TEST_F(EngineSession, UnusableDesignsAreRefusedWithoutANetlist)
 {
   project.write("chip.vsf", "top_module = nosuchtop\nfamily = OSU\nspeed_grade = 035\n"
                             "verilog_file = netlist/chip.v\n");
@@ -217,6 +217,21 @@ TEST_F(EngineSession, UnlinkableDesignIsRefusedWithoutANetlist)
     << joined(create);
   EXPECT_TRUE(callbacks(create).empty());
   EXPECT_NE(joined(engine.command("read_sdc")).find("no timing netlist"), std::string::npos);
+
+  // A netlist with a syntax error: OpenSTA's message is an error post naming
+  // the line, and the netlist is refused naming the file.
+  project.write("netlist/broken.v", "module chip (a);\n input a;\n INVX1 u1 (.A(a) .Y());\n"
+                                    "endmodule\n");
+  project.write("chip.vsf", "top_module = chip\nfamily = OSU\nspeed_grade = 035\n"
+                            "verilog_file = netlist/broken.v\n");
+  engine.command("project_open \"" + project.vpf() + "\"");
+  Lines broken = engine.command("create_timing_netlist");
+  Lines sta_errors = lines_starting(broken, "msg_post 0 error STA-0 ");
+  ASSERT_EQ(sta_errors.size(), 1u) << joined(broken);
+  EXPECT_NE(sta_errors[0].find("broken.v, line 3"), std::string::npos) << sta_errors[0];
+  EXPECT_NE(joined(broken).find("cannot read netlist " + project.path("netlist/broken.v")),
+            std::string::npos) << joined(broken);
+  EXPECT_TRUE(callbacks(broken).empty());
 
   project.write("chip_fast.vsf", "top_module = chip\nfamily = OSU\nspeed_grade = 018\n"
                                  "verilog_file = netlist/missing.v\n");
