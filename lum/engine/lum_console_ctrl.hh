@@ -9,7 +9,8 @@
 // call-back lum_tcl_prompt, which queues a prompt line in the message display;
 // the drain adds the prompt row, which clears busy and starts the next queued
 // command. Hidden commands (a result vector given) bypass the queue and block
-// the calling (GUI) thread until the engine's next prompt.
+// the calling (GUI) thread until the engine's next prompt, or until the
+// engine ends, so a dead engine never hangs the window.
 //
 // Draining: a 1000 ms timer drains the message display into the model, at
 // most 500 ms of work per tick, and watches for the engine's exit. Besides the
