@@ -54,20 +54,21 @@ Tcl_Obj *sub_message_obj(const SubMessage &sub)
 }
 
 void print_plain_message(OutputSink &sink, MessageKind kind, std::string_view text,
-                         const std::vector<SubMessage> &subs, int depth)
+                         const std::vector<SubMessage> &subs, int depth, bool to_error)
 {
-  static const char *labels[] = {"Info", "Info", "Warning", "Critical Warning", "Error"};
+  // Extra information (such as a Tcl stack trace) follows its message
+  // without a label of its own, on the same stream.
+  static const char *labels[] = {"Info: ", "", "Warning: ", "Critical Warning: ", "Error: "};
   std::string line(static_cast<size_t>(depth) * 4, ' ');
   line += labels[static_cast<int>(kind)];
-  line += ": ";
   line.append(text);
   line += "\n";
-  if (kind == MessageKind::info || kind == MessageKind::extra_info)
-    sink.write_text(line);
-  else
+  if (to_error)
     sink.write_error_text(line);
+  else
+    sink.write_text(line);
   for (const SubMessage &s : subs)
-    print_plain_message(sink, s.kind, s.text, s.subs, depth + 1);
+    print_plain_message(sink, s.kind, s.text, s.subs, depth + 1, to_error);
 }
 
 } // namespace
@@ -302,7 +303,8 @@ void Engine::post(MessageKind kind, std::string_view id, std::string_view text,
   if (kind == MessageKind::error)
     ++m_error_count;
   if (m_sink.mode() == OutputMode::plain) {
-    print_plain_message(m_sink, kind, text, subs, 0);
+    print_plain_message(m_sink, kind, text, subs, 0,
+                        kind != MessageKind::info && kind != MessageKind::extra_info);
     return;
   }
   std::string subs_text;
