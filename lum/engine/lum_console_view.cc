@@ -208,7 +208,9 @@ void LUM_CONSOLE_ROWS::on_rows_drained(int last_row) {
   }
   const QModelIndex index = model()->index(last_row, 0);
   scrollTo(index, QAbstractItemView::PositionAtBottom);
-  setCurrentIndex(index);
+  // The caret goes to the last row; the open prompt row stays unselected so
+  // the edit line on it reads like the rest of the console.
+  selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
   if (LUM_CONSOLE_EDIT_CTRL* edit = open_edit_line(had_focus); edit && !kept.isEmpty()) edit->setText(kept);
 }
 
@@ -216,6 +218,9 @@ LUM_CONSOLE_EDIT_CTRL* LUM_CONSOLE_ROWS::open_edit_line(bool take_focus) {
   LUM_CONSOLE_MODEL* rows = m_console->get_model();
   const int last = rows->row_count() - 1;
   if (last < 0 || m_console->is_busy() || !m_console->is_interactive()) return nullptr;
+  // Rows added inside a drain are announced to the view at its end; the edit
+  // line waits for that (the drain's end opens it).
+  if (model()->rowCount() != rows->row_count()) return nullptr;
   const LUM_KRO_OUTPUT_TYPE_ENUM type = rows->row_type(last);
   if ((type != LUM_KRO_OUTPUT_TCL_PROMPT && type != LUM_KRO_OUTPUT_TCL_CONT_PROMPT) || !rows->row_text(last).empty())
     return nullptr;
@@ -225,8 +230,10 @@ LUM_CONSOLE_EDIT_CTRL* LUM_CONSOLE_ROWS::open_edit_line(bool take_focus) {
   }
   close_edit_line();
   auto* edit = new LUM_CONSOLE_EDIT_CTRL(m_console, nullptr);
-  // The edit line starts after the prompt icon, like the row's text.
+  // The edit line lets the row's prompt icon show and starts where the
+  // texts of the other rows start.
   edit->setTextMargins(4 + ICON + 2, 0, 0, 0);
+  edit->setStyleSheet("QLineEdit { background: transparent; }");
   connect(edit, &LUM_CONSOLE_EDIT_CTRL::submitted, this, [this] { on_validate_edit(); });
   connect(edit, &LUM_CONSOLE_EDIT_CTRL::abandoned, this, [this] {
     if (m_edit) m_edit->clear();

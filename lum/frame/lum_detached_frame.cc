@@ -106,6 +106,11 @@ LUM_DETACHED_FRAME::~LUM_DETACHED_FRAME() {
   if (m_instance == this) m_instance = nullptr;
   if (lum_get_frame() == this) lum_set_frame(nullptr);
   shutdown_engine();
+  // The panes outlive this body (the base class deletes them); their signals
+  // must no longer reach members that are already gone.
+  for (QObject* sender : {static_cast<QObject*>(m_console_bar), static_cast<QObject*>(m_tasks_bar),
+                          static_cast<QObject*>(m_report_bar), static_cast<QObject*>(m_console)})
+    if (sender != nullptr) sender->disconnect(this);
 }
 
 void LUM_DETACHED_FRAME::shutdown_engine() {
@@ -152,9 +157,15 @@ QWidget* LUM_DETACHED_FRAME::make_home_page() {
       "type any engine command at its prompt.</p>");
   text->setAlignment(Qt::AlignCenter);
   text->setTextFormat(Qt::RichText);
+  m_home_project = new QLabel;
+  m_home_project->setObjectName("LUM_HOME_PROJECT");
+  m_home_project->setAlignment(Qt::AlignCenter);
+  m_home_project->setTextFormat(Qt::RichText);
   layout->addStretch(1);
   layout->addWidget(icon);
   layout->addWidget(text);
+  layout->addSpacing(12);
+  layout->addWidget(m_home_project);
   layout->addStretch(2);
   return page;
 }
@@ -198,7 +209,7 @@ bool LUM_DETACHED_FRAME::create_client() {
   m_report_bar->setObjectName("Report");
   m_report_bar->setWidget(make_placeholder("Report", "Reports of the open project appear here."));
   splitDockWidget(m_tasks_bar, m_report_bar, Qt::Vertical);
-  resizeDocks({m_console_bar}, {230}, Qt::Vertical);
+  resizeDocks({m_console_bar}, {300}, Qt::Vertical);
   resizeDocks({m_tasks_bar}, {280}, Qt::Horizontal);
 
   setCentralWidget(make_home_page());
@@ -257,7 +268,10 @@ void LUM_DETACHED_FRAME::set_report_tree(QWidget* tree) {
   update_command_states();
 }
 
-void LUM_DETACHED_FRAME::set_report_view(QWidget* view) { setCentralWidget(view); }
+void LUM_DETACHED_FRAME::set_report_view(QWidget* view) {
+  m_home_project = nullptr;  // the home page goes with the old centre
+  setCentralWidget(view);
+}
 
 void LUM_DETACHED_FRAME::set_command_dialog(unsigned command_id, COMMAND_DIALOG dialog) {
   m_dialogs[command_id] = std::move(dialog);
@@ -480,16 +494,37 @@ void LUM_DETACHED_FRAME::update_status_panes() {
   QString netlist;
   if (m_project_is_open == '1') {
     if (m_netlist_is_created == '1')
-      netlist = m_netlist_is_up_to_date == '0' ? "Netlist: out of date" : "Netlist: current";
+      netlist = m_netlist_is_up_to_date == '0' ? "out of date" : "current";
     else
-      netlist = "No netlist";
+      netlist = "not created";
   }
-  m_status_panes[2]->setText(netlist);
+  m_status_panes[2]->setText(netlist.isEmpty() ? QString() : "Netlist: " + netlist);
   m_status_panes[2]->setToolTip(QString("project_is_open %1, netlist_is_created %2, sdc_file_is_loaded %3, "
                                         "netlist_is_up_to_date %4")
                                     .arg(flag_text(m_project_is_open), flag_text(m_netlist_is_created),
                                          flag_text(m_sdc_file_is_loaded), flag_text(m_netlist_is_up_to_date)));
   m_status_panes[3]->setText(m_revision.empty() ? QString() : QString("Revision: %1").arg(QString::fromStdString(m_revision)));
+  if (m_home_project != nullptr) {
+    if (!project_recorded()) {
+      m_home_project->setText(QString());
+    } else {
+      m_home_project->setText(
+          QString("<table style='color:#33404f' cellspacing='4'>"
+                  "<tr><td align='right'><b>Project</b></td><td>%1</td></tr>"
+                  "<tr><td align='right'><b>Revision</b></td><td>%2</td></tr>"
+                  "<tr><td align='right'><b>Timing netlist</b></td><td>%3</td></tr>"
+                  "<tr><td align='right'><b>Clocks</b></td><td>%4</td></tr></table>")
+              .arg(QString::fromStdString(m_project_path).toHtmlEscaped(),
+                   QString::fromStdString(m_revision).toHtmlEscaped(),
+                   netlist.isEmpty() ? QString("none") : netlist.toHtmlEscaped(),
+                   m_clock_names.empty() ? QString("none registered")
+                                         : QString::fromStdString([this] {
+                                             std::string all;
+                                             for (const std::string& c : m_clock_names) all += (all.empty() ? "" : ", ") + c;
+                                             return all;
+                                           }()).toHtmlEscaped()));
+    }
+  }
 }
 
 void LUM_DETACHED_FRAME::show_busy(bool busy) {
@@ -631,6 +666,9 @@ void LUM_DETACHED_FRAME::sta_open_project(const char* project, const char* revis
 }
 
 void LUM_DETACHED_FRAME::sta_opened_a_project(const std::string& vpf, const std::string& revision) {
+  // A project the engine has just opened has no timing netlist until the
+  // engine reports one, so creating it is possible at once.
+  if (m_netlist_is_created != '1') m_netlist_is_created = '0';
   m_project_path = vpf;
   m_revision = revision;
   LUM_REVISION_SETTINGS settings;
@@ -765,6 +803,14 @@ void LUM_DETACHED_FRAME::load_window_state() {
   if (!dock_state.empty()) restoreState(QByteArray::fromBase64(QByteArray::fromStdString(dock_state)));
   if (p.show_cmd == LUM_WINDOW_PLACEMENT::SHOW_MAXIMIZED) showMaximized();
   else show();
+  if (dock_state.empty()) {
+    // First run: room for the console and a left column of readable width,
+    // once the window has its size.
+    QTimer::singleShot(0, this, [this] {
+      resizeDocks({m_console_bar}, {height() * 3 / 8}, Qt::Vertical);
+      resizeDocks({m_tasks_bar}, {std::max(260, width() / 5)}, Qt::Horizontal);
+    });
+  }
   update_command_states();
 }
 

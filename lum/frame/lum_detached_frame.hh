@@ -85,6 +85,8 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
     std::function<void()> clear_report;  // the project closed
   };
   void set_pane_hooks(PANE_HOOKS hooks) { m_hooks = std::move(hooks); }
+  // The hooks set so far, so that one pane can replace its own and keep the others'.
+  const PANE_HOOKS& get_pane_hooks() const { return m_hooks; }
 
   // A dialog that composes a command line for one command identifier (the
   // constraint and report dialogs register here). It returns the line, or an
@@ -192,6 +194,7 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   QDockWidget* m_report_bar = nullptr;
   QLabel* m_status_panes[STATUS_PANES] = {};
   QProgressBar* m_busy_bar = nullptr;
+  QLabel* m_home_project = nullptr;
   QMenu* m_recent_menu = nullptr;
   std::map<unsigned, QAction*> m_actions;
   std::vector<QAction*> m_recent_actions;

@@ -79,10 +79,11 @@ TEST_F(FrameWithEngine, OpenBuildTypeAndCloseWithTheSdcQuestion) {
   EXPECT_TRUE(frame->find_action(LUM_ID_WRITE_SDC_FILE)->isEnabled());
   EXPECT_EQ(frame->get_statusbar_text(1), "Ready");
 
-  // A command typed at the console's prompt.
+  // A command typed at the console's prompt, which opened by itself.
   LUM_CONSOLE_ROWS* rows = frame->get_console_view()->get_rows();
-  ASSERT_TRUE(wait_until([&] { return rows->open_edit_line(true) != nullptr; }, 10000));
-  LUM_CONSOLE_EDIT_CTRL* edit = rows->open_edit_line(true);
+  ASSERT_TRUE(wait_until([&] { return rows->get_edit_line() != nullptr; }, 10000));
+  LUM_CONSOLE_EDIT_CTRL* edit = rows->get_edit_line();
+  EXPECT_EQ(rows->indexWidget(rows->model()->index(rows->model()->rowCount() - 1, 0)), edit);
   edit->setText("puts \"typed [expr {6*7}]\"");
   rows->on_validate_edit();
   ASSERT_TRUE(wait_until([&] { return has_row(console->get_model(), "typed 42") && !console->is_busy(); }, 30000));
