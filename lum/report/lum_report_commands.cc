@@ -45,7 +45,9 @@ char lum_report_netlist_is_up_to_date() {
 }
 
 void lum_report_warning(const std::string& id, const std::string& text) {
-  if (MSG_REPORT* report = msg_get_default_report()) {
+  LUM_FRAME_IFACE* frame = lum_get_frame();
+  LUM_CONSOLE_CTRL* console = frame ? frame->get_console() : nullptr;
+  if (MSG_REPORT* report = console ? console->get_msg_report() : msg_get_default_report()) {
     report->post(MSG_POST(MSG_KIND::WARNING, id, text));
     return;
   }

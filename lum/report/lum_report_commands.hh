@@ -26,5 +26,6 @@ char lum_report_netlist_is_created();
 char lum_report_netlist_is_up_to_date();
 
 // Tells the user about a report problem on the console (a warning post of
-// the default message report), or on standard error when there is none.
+// the console's message report, else of the default one), or on standard
+// error when there is neither.
 void lum_report_warning(const std::string& id, const std::string& text);

@@ -189,9 +189,11 @@ void LUM_STA_REPORT_TOC_TREE::load_sta_report(bool reload, const char* panel_nam
     } else if (!report) {
       const std::string& error = dbmui_mgr->get_last_error();
       const std::string file = dbmui_mgr->get_report_file(type);
+      // A project without reports has no database yet; that is only worth a
+      // word when the engine has just said it wrote a panel.
       if (!error.empty())
         lum_report_warning("LUM-REPORT-1", "The report cannot be shown: " + error);
-      else
+      else if (panel_name && *panel_name)
         lum_report_warning("LUM-REPORT-2", "The report cannot be shown: the report database \"" + file +
                                                "\" does not exist yet.");
     } else {

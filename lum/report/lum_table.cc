@@ -120,6 +120,7 @@ LUM_TABLE::LUM_TABLE(QWidget* parent) : QTableView(parent) {
 }
 
 LUM_TABLE::~LUM_TABLE() {
+  set_busy_cursor(false);
   // The view lets go of the model before the model (a member) is destroyed.
   setModel(nullptr);
 }
@@ -251,15 +252,22 @@ void LUM_TABLE::on_sort(int column) {
   // While a sort runs, the direction is decided against the sort asked for last.
   const int sorted = m_model.get_requested_column();
   const bool ascending = column != sorted ? true : !m_model.is_requested_ascending();
-  const QModelIndex caret = currentIndex();
-  m_caret_source_row = caret.isValid() ? m_model.source_row(caret.row()) : -1;
   m_model.sort_column(column, ascending);
 }
 
-void LUM_TABLE::on_sort_started() { QApplication::setOverrideCursor(Qt::BusyCursor); }
+void LUM_TABLE::set_busy_cursor(bool busy) {
+  if (busy == m_busy_cursor) return;
+  m_busy_cursor = busy;
+  if (busy)
+    QApplication::setOverrideCursor(Qt::BusyCursor);
+  else
+    QApplication::restoreOverrideCursor();
+}
+
+void LUM_TABLE::on_sort_started() { set_busy_cursor(true); }
 
 void LUM_TABLE::on_sort_finished() {
-  QApplication::restoreOverrideCursor();
+  set_busy_cursor(false);
   horizontalHeader()->setSortIndicatorShown(true);
   horizontalHeader()->setSortIndicator(m_model.get_sort_column(),
                                        m_model.is_ascending() ? Qt::AscendingOrder : Qt::DescendingOrder);
@@ -268,7 +276,7 @@ void LUM_TABLE::on_sort_finished() {
 }
 
 void LUM_TABLE::undo_sort() {
-  if (m_model.is_sorting()) QApplication::restoreOverrideCursor();
+  set_busy_cursor(false);
   m_model.undo_sort();
   horizontalHeader()->setSortIndicatorShown(false);
   clearSelection();

@@ -19,6 +19,8 @@
 #include <vector>
 
 class QMenu;
+class QPainter;
+class QRect;
 class RDB_OBJECT;
 class RDB_TCL_TABLE_OBJECT;
 
@@ -113,6 +115,8 @@ class LUM_TABLE : public QTableView {
   std::vector<int> selected_rows() const;
   void fit_columns(int extra_pixels);
   void on_sort_started();
+  // The busy cursor while a sort runs (set at most once).
+  void set_busy_cursor(bool busy);
   void on_sort_finished();
   void export_csv_interactive();
 
@@ -121,7 +125,7 @@ class LUM_TABLE : public QTableView {
   std::vector<LUM_TABLE_TCL_CMD> m_tcl_commands;
   bool m_out_of_date = false;
   bool m_titled = true;
-  int64_t m_caret_source_row = -1;
+  bool m_busy_cursor = false;
 };
 
 // Keeps a table at its ideal size (never larger than the window) and centred.
@@ -142,6 +146,4 @@ class LUM_CENTERED_TABLE : public QWidget {
 
 // Tiles the out-of-date watermark over a rectangle (tables, path panels and
 // charts paint it behind their contents).
-class QPainter;
-class QRect;
 void lum_tile_out_of_date_watermark(QPainter* painter, const QRect& rect);

@@ -131,7 +131,7 @@ void LUM_VIEW_CTRL::open_page(LUM_VIEW_TYPE_ENUM type, const std::string& path) 
     case LUM_VIEW_WEB_PAGE: {
       auto* browser = new QTextBrowser(this);
       browser->setOpenExternalLinks(true);
-      browser->setSource(QUrl(QStringLiteral("about:blank")));
+      browser->clear();  // a blank page until the document is shown
       const QString target = QString::fromStdString(page_path);
       const QUrl url = QFileInfo(target).isAbsolute() ? QUrl::fromLocalFile(target) : QUrl(target);
       browser->setSource(url);

@@ -179,6 +179,12 @@ TEST_F(LumReportBrowser, BadDatabasesShowThePlaceholderAndSayWhy) {
     ASSERT_EQ(messages.texts.size(), 1u) << c.what;
     EXPECT_NE(messages.texts[0].find(c.reason), std::string::npos) << c.what << ": " << messages.texts[0];
   }
+  // A project that has no reports yet is not worth a word unless a panel was announced.
+  LUM_TEST_PROJECT fresh_project("fresh");
+  messages.texts.clear();
+  tree->load_sta_report(true, nullptr);
+  EXPECT_FALSE(tree->has_report());
+  EXPECT_TRUE(messages.texts.empty());
 }
 
 TEST_F(LumReportBrowser, AReportOfOnlyLegalNoticesShowsThePlaceholder) {

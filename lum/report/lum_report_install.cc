@@ -1,0 +1,62 @@
+#include "report/lum_report_install.hh"
+
+#include "frame/lum_detached_frame.hh"
+#include "rdb/rdb_manager.hh"
+#include "report/lum_report_browser.hh"
+#include "report/lum_report_view.hh"
+#include "report/lum_sta_report_toc_tree.hh"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace {
+
+// The report database manager follows the frame's open project and revision.
+void follow_project(LUM_DETACHED_FRAME* frame) {
+  DBMUI_MANAGER* manager = DBMUI_MANAGER::get_instance();
+  if (!frame->project_recorded() || frame->get_revision().empty()) {
+    if (manager->has_project()) manager->clear_project();
+    return;
+  }
+  const std::string dir = std::filesystem::path(frame->get_project_path()).parent_path().string();
+  if (manager->get_project_dir() != dir || manager->get_revision() != frame->get_revision())
+    manager->set_project(dir, frame->get_revision());
+}
+
+}  // namespace
+
+LUM_REPORT_BROWSER* lum_install_report_browser(LUM_DETACHED_FRAME* frame) {
+  if (!frame) return nullptr;
+  auto* browser = new LUM_REPORT_BROWSER(nullptr, nullptr, frame);
+  frame->set_report_tree(browser->get_tree());
+  frame->set_report_view(browser->get_report_view());
+
+  // A panel that a report menu command asked for, used once.
+  auto last_requested = std::make_shared<std::string>();
+  LUM_DETACHED_FRAME::PANE_HOOKS hooks;
+  hooks.reload_sta_report = [frame, browser, last_requested](const char* open_panel) {
+    follow_project(frame);
+    const std::string& requested = frame->get_panel_to_select();
+    if ((!open_panel || !*open_panel) && !requested.empty() && requested != *last_requested)
+      browser->select_panel_after_report(requested);
+    *last_requested = requested;
+    browser->reload_sta_report(open_panel);
+  };
+  hooks.update_report_tree_status = [frame, browser] { browser->update_status(frame->get_sdc_needs_saving()); };
+  hooks.clear_report = [frame, browser, last_requested] {
+    follow_project(frame);
+    last_requested->clear();
+    browser->reload_sta_report(nullptr);
+    browser->update_status(frame->get_sdc_needs_saving());
+  };
+  frame->set_pane_hooks(std::move(hooks));
+
+  // A project that opens shows the reports it already has.
+  QObject::connect(frame, &LUM_DETACHED_FRAME::project_changed, browser, [frame, browser] {
+    follow_project(frame);
+    if (frame->project_recorded()) browser->reload_sta_report(nullptr);
+  });
+  follow_project(frame);
+  return browser;
+}
