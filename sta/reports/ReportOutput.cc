@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -30,10 +31,14 @@ void check_panel_name(const std::string &name)
 
 void mark_stale_panels(Engine &engine)
 {
-  if (!engine.reports_may_be_stale())
+  if (!engine.reports_may_be_stale() || engine.project() == nullptr)
     return;
-  RDB_WRITER writer(report_database_file(engine), RDB_TIMING_REPORT);
-  writer.set_all_panels_enabled(false);
+  // No database yet means no panel to mark; none is created for this.
+  std::string file = report_database_file(engine);
+  if (std::filesystem::exists(file)) {
+    RDB_WRITER writer(file, RDB_TIMING_REPORT);
+    writer.set_all_panels_enabled(false);
+  }
   engine.clear_reports_stale();
 }
 

@@ -12,8 +12,9 @@
 // while writing leaves the database as it was.
 //
 // Panels made before the timing last changed are marked out of date (and
-// keep the command that made them, for regeneration) the first time a new
-// panel is written or deleted after the change.
+// keep the command that made them, for regeneration) as soon as the timing
+// is brought up to date again (update_timing_netlist), and at the latest
+// when the next panel is written or deleted.
 #pragma once
 
 #include <functional>

@@ -360,6 +360,21 @@ int delete_timing_report_panel(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *
   return TCL_OK;
 }
 
+// Run after every update_timing_netlist (an execution trace): the timing
+// has changed, so the panels already written are out of date.
+int reports_timing_updated(Engine &engine, Tcl_Interp *interp, int, Tcl_Obj *const[])
+{
+  try {
+    mark_stale_panels(engine);
+  } catch (const std::exception &error) {
+    // A database that cannot be marked must not fail the update itself.
+    engine.post(MessageKind::warning, "VSTA-1500",
+                std::string("Report panels could not be marked out of date: ") + error.what());
+  }
+  Tcl_ResetResult(interp);
+  return TCL_OK;
+}
+
 // Every message of a report command starts with the command's name, so a
 // post in the console says which command refused.
 template <CommandFunction function>
@@ -393,6 +408,13 @@ void register_report_commands(Engine &engine)
   add_command(engine, "create_slack_histogram", with_command_name<create_slack_histogram>);
   add_command(engine, "delete_timing_report_panel",
               with_command_name<delete_timing_report_panel>);
+  add_command(engine, "::vexa::reports_timing_updated", reports_timing_updated);
+  if (engine.eval("trace add execution update_timing_netlist leave "
+                  "{apply {args {::vexa::reports_timing_updated}}}") != TCL_OK)
+    engine.internal_error("report panels will not be marked out of date on "
+                          "update_timing_netlist: " +
+                          std::string(Tcl_GetStringResult(engine.interp())));
+  Tcl_ResetResult(engine.interp());
 }
 
 } // namespace vexa
