@@ -436,11 +436,12 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
         double edge_arrival = tgt_expanded.size() ? tgt_expanded.path(0)->arrival(sta) : 0.0;
         for (size_t i = 0; i < tgt_expanded.size(); i++) {
           sta::PathRef *path = tgt_expanded.path(i);
-          double total = unit.to_user(tgt_base + path->arrival(sta) - edge_arrival +
-                                      (i == 0 ? 0.0 : 0.0));
+          double total = unit.to_user(tgt_base + path->arrival(sta) - edge_arrival);
           add_row(rows, last, total, point_row(path, i ? tgt_expanded.prevArc(i) : nullptr, true));
         }
-        // The source latency of the clock is included in the first arrival.
+        // Clock source latency and ideal latency are not arrivals of the
+        // expanded points; they show as the increment of the first point so
+        // that the capture pin lands on the edge plus the clock's delay.
         if (!rows.empty()) {
           double clk_total = unit.to_user(tgt_base + tgt_latency);
           double shift = clk_total - rows.back().total;
