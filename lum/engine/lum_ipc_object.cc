@@ -94,8 +94,25 @@ void LUM_IPC_OBJECT::forward_buffer() {
 void LUM_IPC_OBJECT::process_line(const std::string& line) {
   if (m_hidden_mode.load()) {
     if (starts_with(line, "echo_stdout ", 12)) {
-      // The encoder puts one extra character after the prefix; it is dropped here.
-      if (m_hidden_result) m_hidden_result->push_back(line.size() > 13 ? line.substr(13) : std::string());
+      // The encoder puts one extra character after the prefix; it is dropped
+      // here. After a blank the text is a plain word, the empty word "{}", or
+      // a word with backslash escapes (texts that braces cannot carry), which
+      // are undone so that the result is the engine's text exactly. After a
+      // brace it is the braced text itself (its lone "}" line is dropped below).
+      std::string text = line.size() > 13 ? line.substr(13) : std::string();
+      if (line.size() > 12 && line[12] == ' ') {
+        if (text == "{}") {
+          text.clear();
+        } else if (text.find('\\') != std::string::npos) {
+          std::string plain;
+          for (size_t i = 0; i < text.size(); ++i) {
+            if (text[i] == '\\' && i + 1 < text.size()) ++i;
+            plain += text[i];
+          }
+          text.swap(plain);
+        }
+      }
+      if (m_hidden_result) m_hidden_result->push_back(std::move(text));
     } else if (starts_with(line, "tcl> ", 5)) {
       m_hidden_done.post();
     } else if (starts_with(line, m_ie_prefix)) {

@@ -13,8 +13,9 @@
 //   anything else              -> dropped (debug message)
 // A forwarded line whose Tcl command is incomplete (open brace, quote or
 // bracket) gathers the following lines, joined by "\n", until it is complete.
-// In hidden mode (a hidden command outstanding) lines go to the caller's
-// result instead and nothing is forwarded.
+// In hidden mode (a hidden command outstanding) the engine's text lines go to
+// the caller's result, exactly as the engine printed them (its encoding
+// undone), and nothing is forwarded.
 #pragma once
 
 #include <atomic>

@@ -178,8 +178,11 @@ TEST_F(ConsoleWithScriptedEngine, HiddenCommandReturnsTheTextLinesExactlyAndShow
   ASSERT_TRUE(settle());
   int rows_before = console->get_model()->row_count();
   std::vector<std::string> result;
-  console->run_command("raw echo_stdout  a[1]\\necho_stdout {b c/d[2]\\n}\\necho_stdout  \\{x", &result);
-  EXPECT_EQ(result, (std::vector<std::string>{"a[1]", "b c/d[2]", "\\{x"}));
+  // Plain, braced, escaped (unbalanced brace) and empty texts, as the engine encodes them.
+  console->run_command(
+      "raw echo_stdout  a1\\necho_stdout {b c/d[2]\\n}\\necho_stdout  \\{x\\ \\$y\\necho_stdout  {}\\necho_stdout {{}\\n}",
+      &result);
+  EXPECT_EQ(result, (std::vector<std::string>{"a1", "b c/d[2]", "{x $y", "", "{}"}));
   EXPECT_TRUE(console->get_history().empty());
   lum_pump_until([] { return false; }, 50);
   EXPECT_EQ(console->get_model()->row_count(), rows_before);

@@ -64,8 +64,8 @@ TEST_F(ConsoleWithEngine, CommandsQueuedWhileBusyRunInOrder) {
 
 TEST_F(ConsoleWithEngine, HiddenCommandReturnsExactNamesWithBracketsAndBlanks) {
   std::vector<std::string> names;
-  console->run_command("foreach n {clk {data in} {bus[3]} {a$b}} {puts $n}", &names);
-  EXPECT_EQ(names, (std::vector<std::string>{"clk", "data in", "bus[3]", "a$b"}));
+  console->run_command("foreach n {clk {data in} {bus[3]} {a$b} {} \\{open {odd\\\\} x\\\\} {puts $n}", &names);
+  EXPECT_EQ(names, (std::vector<std::string>{"clk", "data in", "bus[3]", "a$b", "", "{open", "odd\\\\", "x\\"}));
   EXPECT_EQ(console->get_model()->row_count(), 1);
   EXPECT_TRUE(console->get_history().empty());
   // The console goes on normally afterwards.
