@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QMetaObject>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "lum_frame_iface.hh"
@@ -332,6 +333,8 @@ int LUM_CONSOLE_CTRL::drain_lines() {
   }
   m_model.end_append();
   m_last_drain_hit_budget = m_display.has_lines();
+  // A "clear" started by a drained prompt may have removed rows meanwhile.
+  last_row = std::min(last_row, m_model.row_count() - 1);
   if (last_row >= 0) emit rows_drained(last_row);
   if (!m_display.has_lines() && !m_busy && m_interactive && m_has_focus) emit open_edit_line_requested();
   // Re-armed after every drain, but only while the engine runs: an engine
