@@ -34,7 +34,8 @@ LUM_REPORT_BROWSER* lum_install_report_browser(LUM_DETACHED_FRAME* frame) {
 
   // A panel that a report menu command asked for, used once.
   auto last_requested = std::make_shared<std::string>();
-  LUM_DETACHED_FRAME::PANE_HOOKS hooks;
+  // Only the report hooks change; the tasks pane's stay as they are.
+  LUM_DETACHED_FRAME::PANE_HOOKS hooks = frame->get_pane_hooks();
   hooks.reload_sta_report = [frame, browser, last_requested](const char* open_panel) {
     follow_project(frame);
     const std::string& requested = frame->get_panel_to_select();

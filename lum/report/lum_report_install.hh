@@ -1,8 +1,8 @@
 // Puts the report browser into the main frame: the contents tree into the
 // Report pane, the report view into the centre, and the frame's report hooks
 // (reload after an engine run, status after a netlist change, clearing when
-// the project closes) pointed at them. The frame's tasks hooks are left as
-// they are set by then: this installs only the report hooks, keeping the others.
+// the project closes) pointed at them. Only the report hooks are replaced;
+// the tasks pane's hooks are kept.
 #pragma once
 
 class LUM_DETACHED_FRAME;

@@ -40,7 +40,9 @@ void LUM_TOC_MODEL::set_rows(std::vector<LUM_TOC_ROW> rows) {
   m_rows = std::move(rows);
   m_top.clear();
   for (int i = 0; i < static_cast<int>(m_rows.size()); ++i) {
-    if (m_rows[i].parent < 0) m_top.push_back(i);
+    if (m_rows[i].parent >= 0) continue;
+    m_rows[i].position = static_cast<int>(m_top.size());
+    m_top.push_back(i);
   }
   endResetModel();
 }

@@ -117,6 +117,8 @@ TEST_F(LumReportBrowser, TreeListsPanelsInOrderHidesLegalNoticesAndMarksStaleSub
 TEST_F(LumReportBrowser, RequestedPanelInsideAFolderOpensThatPanelAndAFolderOpensItsFirstLeaf) {
   load_sample("Clocks||clk_b");
   EXPECT_EQ(tree->get_selected_row(), 3);
+  // The view's own notion of the current item agrees (second child of the second panel).
+  EXPECT_EQ(tree->currentIndex(), tree->model()->index(1, 0, tree->model()->index(1, 0)));
   EXPECT_EQ(top()->get_path(), "Timing Analyzer||Clocks||clk_b");
   EXPECT_EQ(top()->get_title(), "clk_b");
   // A headerless table is shown bare, without the centring host.
@@ -125,6 +127,8 @@ TEST_F(LumReportBrowser, RequestedPanelInsideAFolderOpensThatPanelAndAFolderOpen
   tree->open_item(1);  // the folder "Clocks"
   EXPECT_EQ(tree->get_selected_row(), 2);
   EXPECT_EQ(top()->get_path(), "Timing Analyzer||Clocks||clk_a");
+  tree->open_item(4);
+  EXPECT_EQ(tree->currentIndex(), tree->model()->index(2, 0));  // "Text Report", the third panel
 }
 
 TEST_F(LumReportBrowser, PendingNamesOpenAPanelOnceItExists) {
