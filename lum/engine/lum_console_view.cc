@@ -49,7 +49,7 @@ QColor kind_colour(int kind) {
 // Paints a console row: indentation by level, the row's icon, its text.
 class CONSOLE_ROW_DELEGATE : public QStyledItemDelegate {
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
+  explicit CONSOLE_ROW_DELEGATE(LUM_CONSOLE_ROWS* rows) : QStyledItemDelegate(rows), m_rows(rows) {}
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     QStyleOptionViewItem item = option;
@@ -95,13 +95,15 @@ class CONSOLE_ROW_DELEGATE : public QStyledItemDelegate {
     painter->restore();
   }
 
-  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    const int level = index.data(LUM_CONSOLE_MODEL::LEVEL_ROLE).toInt();
-    const QString text = index.data(Qt::DisplayRole).toString();
+  // Every row has the height of one line and the width of the widest row, so
+  // that the view can lay out millions of rows from one size.
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
     QFontMetrics metrics(option.font);
-    return QSize(4 + level * INDENT + ICON + 6 + metrics.horizontalAdvance(text) + 8,
-                 std::max(ICON + 4, metrics.height() + 4));
+    return QSize(m_rows->content_width(), std::max(ICON + 4, metrics.height() + 4));
   }
+
+ private:
+  LUM_CONSOLE_ROWS* m_rows;
 };
 
 }  // namespace
@@ -196,10 +198,39 @@ LUM_CONSOLE_ROWS::LUM_CONSOLE_ROWS(LUM_CONSOLE_CTRL* console, QWidget* parent) :
   connect(console, &LUM_CONSOLE_CTRL::console_cleared, this, [this] {
     m_edit = nullptr;
     m_edit_row = -1;
+    m_measured_rows = 0;
+    m_content_width = 0;
   });
 }
 
+void LUM_CONSOLE_ROWS::measure_new_rows() {
+  const LUM_CONSOLE_MODEL& rows = *m_console->get_model();
+  if (m_measured_rows > rows.row_count()) m_measured_rows = 0;  // cleared meanwhile
+  // The console font has fixed width, so a row's width follows from its
+  // length without shaping its text.
+  const int advance = QFontMetrics(font()).horizontalAdvance(QLatin1Char('M'));
+  int widest = m_content_width;
+  for (int row = m_measured_rows; row < rows.row_count(); ++row) {
+    const int width = 4 + rows.row_level(row) * INDENT + ICON + 6 +
+                      static_cast<int>(rows.row_text(row).size()) * advance + 8;
+    widest = std::max(widest, width);
+  }
+  m_measured_rows = rows.row_count();
+  if (widest != m_content_width) {
+    m_content_width = widest;
+    scheduleDelayedItemsLayout();
+  }
+}
+
+int LUM_CONSOLE_ROWS::content_width() const { return std::max(m_content_width, viewport()->width()); }
+
+void LUM_CONSOLE_ROWS::resizeEvent(QResizeEvent* event) {
+  QListView::resizeEvent(event);
+  scheduleDelayedItemsLayout();
+}
+
 void LUM_CONSOLE_ROWS::on_rows_drained(int last_row) {
+  measure_new_rows();
   const bool had_focus = hasFocus() || (m_edit && m_edit->hasFocus());
   QString kept;
   if (m_edit && m_edit_row != last_row) {
@@ -266,6 +297,7 @@ void LUM_CONSOLE_ROWS::on_validate_edit() {
   if (had_focus) setFocus();
   if (read_only || !m_console->is_interactive()) return;
   m_console->run_command(text);
+  measure_new_rows();
 }
 
 std::vector<int> LUM_CONSOLE_ROWS::selected_rows() const {

@@ -75,20 +75,28 @@ class LUM_CONSOLE_ROWS : public QListView {
   // The context menu for a point of the viewport; null outside any row.
   QMenu* make_context_menu(const QPoint& viewport_pos);
 
+  // Width of the widest row (the horizontal extent), kept as rows arrive, and
+  // never less than the visible width so that the edit line spans the pane.
+  int content_width() const;
+
  protected:
   void contextMenuEvent(QContextMenuEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void on_rows_drained(int last_row);
+  void measure_new_rows();
   void update_focus_state();
 
   LUM_CONSOLE_CTRL* m_console;
   QPointer<LUM_CONSOLE_EDIT_CTRL> m_edit;
   int m_edit_row = -1;
+  int m_measured_rows = 0;
+  int m_content_width = 0;
 };
 
 class LUM_CONSOLE_VIEW : public QTabWidget {

@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 
 #include <fstream>
 #include <sstream>
@@ -324,6 +325,27 @@ TEST_F(FrameTest, ConsoleRowsCopyAndSaveWithTheirLevels) {
   EXPECT_FALSE(rows()->isRowHidden(2));
 }
 
+TEST_F(FrameTest, LongConsoleLinesScrollSideways) {
+  make_frame(false);
+  console()->get_msg_display()->echo_stdout("short");
+  console()->drain_lines();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(rows()->horizontalScrollBar()->maximum(), 0);
+  console()->get_msg_display()->echo_stdout(std::string(600, 'x').c_str());
+  console()->drain_lines();
+  QCoreApplication::processEvents();
+  EXPECT_GT(rows()->content_width(), rows()->viewport()->width());
+  EXPECT_GT(rows()->horizontalScrollBar()->maximum(), 0);
+  // The edit line spans the pane even when every row is short.
+  console()->clear();
+  engine_prompts();
+  QCoreApplication::processEvents();
+  LUM_CONSOLE_EDIT_CTRL* edit = rows()->open_edit_line(false);
+  ASSERT_NE(edit, nullptr);
+  QCoreApplication::processEvents();
+  EXPECT_GE(edit->width(), rows()->viewport()->width() - 4);
+}
+
 TEST_F(FrameTest, ConsoleContextMenuOnlyOverRowsWithLocateDisabled) {
   make_frame(false);
   console()->get_msg_display()->echo_stdout("one line");
@@ -467,6 +489,29 @@ TEST_F(FrameTest, SiteMenuFilesAddQuickCommandsByPopupName) {
   files2.load_main_from_text(R"(<menu><menu name="File"><menuitem name="Secret" debug="true"><tcl>s</tcl></menuitem></menu></menu>)");
   files2.merge_into(&bar2, nullptr);
   EXPECT_EQ(bar2.actions().first()->menu()->actions().size(), 1);
+}
+
+TEST_F(FrameTest, TheShippedMenuFileAddsAToolsPopupBeforeHelp) {
+  make_frame(false);
+  QStringList popups;
+  QMenu* tools = nullptr;
+  for (QAction* a : m_frame->menuBar()->actions()) {
+    popups << lum_menu_text_without_ampersands(a->text());
+    if (a->text() == "Tools") tools = a->menu();
+  }
+  ASSERT_GE(popups.indexOf("Tools"), 0);
+  EXPECT_EQ(popups.indexOf("Tools") + 1, popups.indexOf("Help"));
+  ASSERT_NE(tools, nullptr);
+  // Debug items stay hidden without "lum_show_debug_commands".
+  EXPECT_EQ(m_frame->get_menu_files().get_menuitems().size(), 5u);
+  // Quick commands follow the busy state.
+  QAction* first = tools->actions().first();
+  EXPECT_TRUE(first->isEnabled());
+  console()->set_kro_is_busy(true);
+  EXPECT_FALSE(first->isEnabled());
+  console()->set_kro_is_busy(false);
+  first->trigger();
+  EXPECT_EQ(console()->get_current_command(), "report_checks -path_delay max");
 }
 
 }  // namespace
