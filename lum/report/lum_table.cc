@@ -227,9 +227,14 @@ QSize LUM_TABLE::get_ideal_size() const {
   if (m_model.rowCount() == 0) return QSize();
   int width = 2 * frameWidth();
   for (int c = 0; c < m_model.columnCount(); ++c) width += columnWidth(c);
-  int height = 2 * frameWidth() + m_model.rowCount() * verticalHeader()->defaultSectionSize();
-  if (verticalHeader()->isVisible()) width += verticalHeader()->width();
-  if (horizontalHeader()->isVisible()) height += horizontalHeader()->height();
+  // Rows beyond what any screen shows need not be counted exactly.
+  const int64_t rows = std::min(m_model.rowCount(), 100000);
+  const int64_t body = rows * verticalHeader()->defaultSectionSize();
+  int height = 2 * frameWidth() + static_cast<int>(std::min<int64_t>(body, 1 << 24));
+  // The headers' hints, not their sizes: they have none before they are first shown.
+  if (!verticalHeader()->isHidden())
+    width += std::max(verticalHeader()->sizeHint().width(), verticalHeader()->minimumWidth());
+  if (!horizontalHeader()->isHidden()) height += horizontalHeader()->sizeHint().height();
   return QSize(width, height);
 }
 
@@ -425,6 +430,15 @@ LUM_CENTERED_TABLE::LUM_CENTERED_TABLE(QWidget* parent) : QWidget(parent), m_tab
 
 void LUM_CENTERED_TABLE::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
+  relayout();
+}
+
+void LUM_CENTERED_TABLE::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  relayout();
+}
+
+void LUM_CENTERED_TABLE::relayout() {
   QSize size = m_table->get_ideal_size();
   // Room for the scroll bar that a clipped table shows.
   const int scroll_bar = m_table->verticalScrollBar()->sizeHint().width();

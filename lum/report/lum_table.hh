@@ -135,9 +135,12 @@ class LUM_CENTERED_TABLE : public QWidget {
  public:
   explicit LUM_CENTERED_TABLE(QWidget* parent = nullptr);
   LUM_TABLE* get_table() { return m_table; }
+  // Sizes and centres the table again (after its contents changed).
+  void relayout();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
