@@ -11,6 +11,7 @@
 
 #include "engine/lum_console_ctrl.hh"
 #include "frame/lum_detached_frame.hh"
+#include "report/lum_report_install.hh"
 #include "tcl/lum_tcl_args_auto.hh"
 #include "platform/atcl.hh"
 #include "platform/cfg.hh"
@@ -64,6 +65,8 @@ extern "C" void* lum_dyn_adv_kro_tool() {
   load_front_end_packages();
   LUM_DETACHED_FRAME* frame = LUM_DETACHED_FRAME::load_frame();
   if (frame == nullptr) return nullptr;
+  // The report browser takes the Report pane and the centre.
+  lum_install_report_browser(frame);
   frame->activate_frame(1);
   return frame;
 }
