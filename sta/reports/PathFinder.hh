@@ -83,8 +83,11 @@ private:
 
 // The record of one path end (exposed for tests and for other reports).
 // Pass a cache shared by the paths of one report to save name look-ups.
+// Without routing the load pins of the data path are left out of the
+// arrival points (see PathQuery::with_routing).
 TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis analysis,
-                                  bool with_points, PinInfoCache *cache = nullptr);
+                                  bool with_points, PinInfoCache *cache = nullptr,
+                                  bool with_routing = true);
 
 // Worst slack and total negative slack per capture clock for one analysis,
 // in clock order. Clocks without checked end points are left out.

@@ -70,6 +70,9 @@ struct PathQuery
   std::optional<double> less_than_slack;
   // Whether to build the point tables (not needed for -summary).
   bool with_points = true;
+  // Whether the point tables show interconnect rows (the load pins of the
+  // data path); without them a wire's delay counts in the following cell row.
+  bool with_routing = true;
 };
 
 // One clock domain of a timing summary.

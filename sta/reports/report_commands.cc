@@ -186,6 +186,7 @@ int report_timing(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
       query.less_than_slack = 0.0;
   }
   query.with_points = !args.has("-summary");
+  query.with_routing = args.has("-show_routing");
   ReportOutput output(engine, args);
   query.from_clocks = object_option(engine, args, "-from_clock");
   query.to_clocks = object_option(engine, args, "-to_clock");

@@ -102,6 +102,30 @@ TEST(TimingPanel, HoldsASummaryTableAndOnePathObjectPerPath)
   }
 }
 
+TEST(TimingPanel, ShowRoutingAddsTheLoadPinsWithoutChangingTheTotals)
+{
+  ReportTestEngine &test = ReportTestEngine::with_design("datapath");
+  test.must("report_timing -npaths 1 -panel_name Folded");
+  test.must("report_timing -npaths 1 -show_routing -panel_name Routed");
+  auto report = test.open_report();
+  auto arrival = [&](const char *panel) {
+    return dynamic_cast<RDB_PATH_OBJECT *>(report->find_object(panel)->get_child(1))
+      ->get_data_arrival_table();
+  };
+  RDB_TABLE_OBJECT *folded = arrival("Folded");
+  RDB_TABLE_OBJECT *routed = arrival("Routed");
+  EXPECT_GT(routed->get_number_of_rows(), folded->get_number_of_rows());
+  int routed_ic = 0, folded_ic = 0;
+  for (int row = 1; row < routed->get_number_of_rows(); row++)
+    routed_ic += routed->get_data(row, 3) == "IC";
+  for (int row = 1; row < folded->get_number_of_rows(); row++)
+    folded_ic += folded->get_data(row, 3) == "IC";
+  EXPECT_EQ(folded_ic, 1);  // only the end point's pin
+  EXPECT_EQ(routed->get_number_of_rows() - folded->get_number_of_rows(), routed_ic - folded_ic);
+  EXPECT_EQ(routed->get_data(routed->get_number_of_rows() - 1, 0),
+            folded->get_data(folded->get_number_of_rows() - 1, 0));
+}
+
 TEST(TimingPanel, SummaryOptionWritesOnlyTheSummaryTable)
 {
   ReportTestEngine &test = ReportTestEngine::with_design("twoclocks");
