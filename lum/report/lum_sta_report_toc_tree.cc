@@ -33,6 +33,21 @@ int report_type() { return cfg_is_on("lum_use_compiler_report") ? RDB_COMPILER_R
 
 }  // namespace
 
+RDB_OBJECT* lum_get_report_object(const RDB_OBJECT* folder, int position, int* counter) {
+  if (!folder || !counter) return nullptr;
+  for (RDB_OBJECT* child : folder->get_children()) {
+    if (!child) continue;
+    if ((*counter)++ == position) return child;
+    if (RDB_OBJECT* found = lum_get_report_object(child, position, counter)) return found;
+  }
+  return nullptr;
+}
+
+RDB_OBJECT* lum_get_report_object(const RDB_REPORT* report, int position) {
+  int counter = 0;
+  return report && position >= 0 ? lum_get_report_object(report->get_main_folder(), position, &counter) : nullptr;
+}
+
 // ---- model ----------------------------------------------------------------------
 
 void LUM_TOC_MODEL::set_rows(std::vector<LUM_TOC_ROW> rows) {

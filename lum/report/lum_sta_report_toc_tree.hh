@@ -76,6 +76,13 @@ class LUM_TOC_MODEL : public QAbstractItemModel {
 
 enum class LUM_EXPORT_FORMAT { TEXT, HTML, XML };
 
+// The object at a pre-order position below a report's main folder: every
+// object counts (legal notices too), a folder before its children, the first
+// child is position 0. Null when there are fewer objects. The folder
+// overload continues a count kept in *counter.
+RDB_OBJECT* lum_get_report_object(const RDB_REPORT* report, int position);
+RDB_OBJECT* lum_get_report_object(const RDB_OBJECT* folder, int position, int* counter);
+
 class LUM_STA_REPORT_TOC_TREE : public QTreeView {
   Q_OBJECT
 

@@ -191,6 +191,19 @@ TEST_F(LumReportBrowser, BadDatabasesShowThePlaceholderAndSayWhy) {
   EXPECT_TRUE(messages.texts.empty());
 }
 
+TEST_F(LumReportBrowser, PreOrderPositionsCountLegalNoticesAndFoldersBeforeChildren) {
+  lum_write_sample_report(project.database_file());
+  std::unique_ptr<RDB_REPORT> report = RDB_REPORT::open(project.database_file());
+  ASSERT_NE(lum_get_report_object(report.get(), 0), nullptr);
+  EXPECT_TRUE(lum_get_report_object(report.get(), 0)->is_legal_notice());
+  EXPECT_EQ(lum_get_report_object(report.get(), 1)->get_name(), "Summary (Setup)");
+  EXPECT_EQ(lum_get_report_object(report.get(), 2)->get_name(), "Clocks");
+  EXPECT_EQ(lum_get_report_object(report.get(), 4)->get_name(), "clk_b");
+  EXPECT_EQ(lum_get_report_object(report.get(), 5)->get_name(), "Text Report");
+  EXPECT_EQ(lum_get_report_object(report.get(), 10000), nullptr);
+  EXPECT_EQ(lum_get_report_object(report.get(), -1), nullptr);
+}
+
 TEST_F(LumReportBrowser, AReportOfOnlyLegalNoticesShowsThePlaceholder) {
   {
     RDB_WRITER writer(project.database_file(), RDB_TIMING_REPORT);
