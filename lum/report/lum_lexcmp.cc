@@ -36,9 +36,11 @@ int clamp_to_int(int64_t value) {
   return static_cast<int>(value);
 }
 
-void append_big_endian(std::string* key, uint64_t value, int bytes) {
-  for (int shift = (bytes - 1) * 8; shift >= 0; shift -= 8)
-    key->push_back(static_cast<char>((value >> shift) & 0xff));
+// Keys are written through a raw pointer into a buffer known to be large
+// enough (at most four bytes per character of text), then appended at once.
+char* put_big_endian(char* out, uint64_t value, int bytes) {
+  for (int shift = (bytes - 1) * 8; shift >= 0; shift -= 8) *out++ = static_cast<char>((value >> shift) & 0xff);
+  return out;
 }
 
 int byte_count(uint64_t value) {
@@ -54,20 +56,19 @@ int byte_count(uint64_t value) {
 // that grows with the value's magnitude (and is below 0x80 for negative
 // values, whose header shrinks as the magnitude grows), then the fewest bytes
 // that hold the magnitude (for negative values, its complement, so that a
-// larger magnitude sorts first). Small numbers take two bytes, so most cell
-// keys stay short enough for the string's inline buffer.
-void append_number(std::string* key, int64_t value) {
+// larger magnitude sorts first). A number of one digit takes two bytes, one
+// of n digits at most n + 1, so most cell keys stay short.
+char* put_number(char* out, int64_t value) {
   if (value >= 0) {
     const int bytes = byte_count(static_cast<uint64_t>(value));
-    key->push_back(static_cast<char>(0x80 + bytes));
-    append_big_endian(key, static_cast<uint64_t>(value), bytes);
-  } else {
-    const uint64_t magnitude = static_cast<uint64_t>(-value);
-    const int bytes = byte_count(magnitude);
-    const uint64_t all_ones = bytes == 8 ? ~uint64_t{0} : (uint64_t{1} << (8 * bytes)) - 1;
-    key->push_back(static_cast<char>(0x7f - bytes));
-    append_big_endian(key, all_ones - magnitude, bytes);
+    *out++ = static_cast<char>(0x80 + bytes);
+    return put_big_endian(out, static_cast<uint64_t>(value), bytes);
   }
+  const uint64_t magnitude = static_cast<uint64_t>(-value);
+  const int bytes = byte_count(magnitude);
+  const uint64_t all_ones = bytes == 8 ? ~uint64_t{0} : (uint64_t{1} << (8 * bytes)) - 1;
+  *out++ = static_cast<char>(0x7f - bytes);
+  return put_big_endian(out, all_ones - magnitude, bytes);
 }
 
 }  // namespace
@@ -115,10 +116,20 @@ bool lum_compare_lexcmp(const char* a, const char* b) { return gen_lexcmp(a, b) 
 // sign bit flipped (so unsigned byte order is signed character order); the
 // two largest such bytes, 0xfe and 0xff, are written as 0xfe followed by 0x00
 // or 0x01. A number is 0xff (above every character, so text sorts before
-// numbers), its value (append_number) and its digit count (one byte). A key
+// numbers), its value (put_number) and its digit count (one byte). A key
 // that is a prefix of another sorts first, as a string with characters left
 // over sorts after. Keys are therefore about as long as the cell text.
 void lum_append_sort_key(std::string_view text, std::string* key) {
+  // Worst case per character of text: a one-digit number (tag, header,
+  // value, length) takes four bytes.
+  char small[1024];
+  std::string large;
+  char* begin = small;
+  if (text.size() * 4 + 8 > sizeof small) {
+    large.resize(text.size() * 4 + 8);
+    begin = large.data();
+  }
+  char* out = begin;
   const char* p = text.data();
   const char* end = p + text.size();
   const bool negative = p < end && *p == '-';
@@ -127,10 +138,10 @@ void lum_append_sort_key(std::string_view text, std::string* key) {
     if (!is_digit(*p)) {
       const unsigned char flipped = static_cast<unsigned char>(*p) ^ 0x80;
       if (flipped >= 0xfe) {
-        key->push_back('\xfe');
-        key->push_back(static_cast<char>(flipped - 0xfe));
+        *out++ = '\xfe';
+        *out++ = static_cast<char>(flipped - 0xfe);
       } else {
-        key->push_back(static_cast<char>(flipped));
+        *out++ = static_cast<char>(flipped);
       }
       ++p;
       continue;
@@ -138,10 +149,11 @@ void lum_append_sort_key(std::string_view text, std::string* key) {
     int64_t length = 0;
     int64_t value = read_number(&p, end, &length);
     if (negative) value = -value;
-    key->push_back('\xff');
-    append_number(key, value);
-    key->push_back(static_cast<char>(length));
+    *out++ = '\xff';
+    out = put_number(out, value);
+    *out++ = static_cast<char>(length);
   }
+  key->append(begin, static_cast<size_t>(out - begin));
 }
 
 void lum_sort_key(std::string_view text, std::string* key) {
