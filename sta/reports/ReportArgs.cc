@@ -33,22 +33,22 @@ ReportArgs::ReportArgs(const char *command, int objc, Tcl_Obj *const objv[],
     if (word.size() > 1 && word[0] == '-' && !std::isdigit(static_cast<unsigned char>(word[1]))) {
       const OptionSpec *match = nullptr;
       int prefix_matches = 0;
-      for (const OptionSpec &spec : options) {
-        std::string name = spec.name;
+      for (const OptionSpec &option : options) {
+        std::string name = option.name;
         if (name == word) {
-          match = &spec;
+          match = &option;
           prefix_matches = 1;
           break;
         }
         if (name.compare(0, word.size(), word) == 0) {
-          match = &spec;
+          match = &option;
           prefix_matches++;
         }
       }
       if (prefix_matches != 1 || match == nullptr) {
         std::string known;
-        for (const OptionSpec &spec : options)
-          known += std::string(known.empty() ? "" : ", ") + spec.name;
+        for (const OptionSpec &option : options)
+          known += std::string(known.empty() ? "" : ", ") + option.name;
         throw ReportError(std::string(command) + ": " +
                           (prefix_matches > 1 ? "ambiguous" : "unknown") + " option \"" + word +
                           "\"; the options are " + known + ".");
