@@ -183,6 +183,23 @@ TEST_F(LumReportBrowser, BadDatabasesShowThePlaceholderAndSayWhy) {
     ASSERT_EQ(messages.texts.size(), 1u) << c.what;
     EXPECT_NE(messages.texts[0].find(c.reason), std::string::npos) << c.what << ": " << messages.texts[0];
   }
+  // A database that another process holds locked.
+  {
+    LUM_TEST_PROJECT locked_project("locked");
+    lum_write_sample_report(locked_project.database_file());
+    sqlite3* holder = nullptr;
+    ASSERT_EQ(sqlite3_open(locked_project.database_file().c_str(), &holder), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(holder, "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE;", nullptr, nullptr, nullptr), SQLITE_OK);
+    DBMUI_MANAGER::get_instance()->set_busy_timeout_ms(50);
+    messages.texts.clear();
+    tree->load_sta_report(true, "Summary (Setup)");
+    DBMUI_MANAGER::get_instance()->set_busy_timeout_ms(2000);
+    sqlite3_exec(holder, "COMMIT", nullptr, nullptr, nullptr);
+    sqlite3_close(holder);
+    EXPECT_FALSE(tree->has_report());
+    ASSERT_EQ(messages.texts.size(), 1u);
+    EXPECT_NE(messages.texts[0].find("locked"), std::string::npos) << messages.texts[0];
+  }
   // A project that has no reports yet is not worth a word unless a panel was announced.
   LUM_TEST_PROJECT fresh_project("fresh");
   messages.texts.clear();
