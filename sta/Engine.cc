@@ -348,6 +348,31 @@ int Engine::tcl_error(std::string_view msg)
   return TCL_ERROR;
 }
 
+std::string Engine::error_info()
+{
+  Tcl_Obj *options = Tcl_GetReturnOptions(m_interp, TCL_ERROR);
+  Tcl_IncrRefCount(options);
+  Tcl_Obj *key = Tcl_NewStringObj("-errorinfo", -1);
+  Tcl_IncrRefCount(key);
+  Tcl_Obj *value = nullptr;
+  std::string info;
+  if (Tcl_DictObjGet(nullptr, options, key, &value) == TCL_OK && value)
+    info = Tcl_GetString(value);
+  Tcl_DecrRefCount(key);
+  Tcl_DecrRefCount(options);
+  if (info.empty())
+    info = Tcl_GetStringResult(m_interp);
+  return info;
+}
+
+std::string Engine::error_message()
+{
+  std::string text = Tcl_GetStringResult(m_interp);
+  if (text.rfind("Error: ", 0) == 0)
+    text.erase(0, 7);
+  return text;
+}
+
 int Engine::eval(std::string_view script)
 {
   return Tcl_EvalEx(m_interp, script.data(), static_cast<int>(script.size()), TCL_EVAL_GLOBAL);

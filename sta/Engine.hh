@@ -162,6 +162,14 @@ public:
 
   // Sets msg as the interpreter result and returns TCL_ERROR.
   int tcl_error(std::string_view msg);
+  // The errorInfo of the error just returned by the interpreter. Read from
+  // the return options rather than the global variable: an error that never
+  // passed through Tcl's evaluator (Tcl_EvalFile on a missing file) leaves
+  // the variable holding an older error's trace.
+  std::string error_info();
+  // The interpreter result of a failed command without the "Error: " that
+  // OpenSTA puts before its own messages (the post gives the kind already).
+  std::string error_message();
   // Evaluates script at global level; a Tcl code.
   int eval(std::string_view script);
 

@@ -1,7 +1,9 @@
 // vexa_sta: the Chronel Timing Analyzer's analysis engine.
 //
 //   vexa_sta [project.vpf]           interactive shell ("tcl> " prompt)
-//   vexa_sta -t script.tcl [args]    run a script, exit with its status
+//   vexa_sta [project.vpf] -t script.tcl [args]
+//                                    run a script (after opening the project,
+//                                    when one is named), exit with its status
 //   vexa_sta --ipc_sh                line protocol to the front end
 //
 // The directory of device_families.txt is taken from CHRONEL_MISC_DIR when
@@ -19,11 +21,14 @@
 
 namespace {
 
-void usage()
+// Prints what was wrong with the command line (when anything was) and the usage.
+void usage(const std::string &problem = std::string())
 {
+  if (!problem.empty())
+    std::fprintf(stderr, "vexa_sta: %s\n", problem.c_str());
   std::fprintf(stderr,
                "usage: vexa_sta [project.vpf]\n"
-               "       vexa_sta -t script.tcl [args...]\n"
+               "       vexa_sta [project.vpf] -t script.tcl [args...]\n"
                "       vexa_sta --ipc_sh\n");
 }
 
@@ -61,7 +66,7 @@ int main(int argc, char *argv[])
       protocol = true;
     } else if (std::strcmp(argv[i], "-t") == 0) {
       if (i + 1 >= argc) {
-        usage();
+        usage("-t needs the name of a script file");
         return 2;
       }
       script = argv[++i];
@@ -70,10 +75,17 @@ int main(int argc, char *argv[])
       return 0;
     } else if (argv[i][0] != '-' && project.empty()) {
       project = argv[i];
+    } else if (argv[i][0] != '-') {
+      usage("only one project may be named (\"" + project + "\" and \"" + argv[i] + "\")");
+      return 2;
     } else {
-      usage();
+      usage(std::string("unknown option \"") + argv[i] + "\"");
       return 2;
     }
+  }
+  if (protocol && (!project.empty() || !script.empty())) {
+    usage("--ipc_sh takes no project and no script (the front end opens projects itself)");
+    return 2;
   }
   vexa::Engine engine(protocol ? vexa::OutputMode::protocol : vexa::OutputMode::plain,
                       find_misc_dir());
@@ -87,7 +99,7 @@ int main(int argc, char *argv[])
   if (protocol)
     status = vexa::run_protocol_shell(engine);
   else if (!script.empty())
-    status = vexa::run_batch(engine, script, script_args);
+    status = vexa::run_batch(engine, script, script_args, project);
   else
     status = vexa::run_interactive_shell(engine, project);
   std::fflush(stdout);

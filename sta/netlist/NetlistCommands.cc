@@ -60,10 +60,7 @@ bool step(Engine &engine, const std::string &script, const std::string &what, st
     error = what + " (see the errors above)";
     return false;
   }
-  std::string message = Tcl_GetStringResult(engine.interp());
-  if (message.rfind("Error: ", 0) == 0)
-    message.erase(0, 7);
-  error = what + ": " + message;
+  error = what + ": " + engine.error_message();
   return false;
 }
 

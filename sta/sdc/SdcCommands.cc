@@ -32,13 +32,9 @@ int source_sdc_file(Engine &engine, const std::string &path)
     if (engine.eval(command) == TCL_OK)
       return;
     ++errors;
-    std::string message = Tcl_GetStringResult(engine.interp());
-    if (message.rfind("Error: ", 0) == 0)
-      message.erase(0, 7);
-    const char *info = Tcl_GetVar(engine.interp(), "errorInfo", TCL_GLOBAL_ONLY);
-    std::vector<SubMessage> subs;
-    if (info)
-      subs.push_back(SubMessage{MessageKind::extra_info, "VSTA-1302", info, {}});
+    std::string message = engine.error_message();
+    std::vector<SubMessage> subs{
+      SubMessage{MessageKind::extra_info, "VSTA-1302", engine.error_info(), {}}};
     engine.post(MessageKind::error, "VSTA-1301",
                 "SDC error in " + path + " line " + std::to_string(at) + ": " + message, subs);
   };

@@ -84,28 +84,25 @@ std::string display_text(Engine &engine, Tcl_Obj *result)
   return shown;
 }
 
-std::string strip_error_prefix(std::string text)
-{
-  if (text.rfind("Error: ", 0) == 0)
-    text.erase(0, 7);
-  return text;
-}
+// The interactive shell, like tclsh, shows only the message of a failed
+// command: its trace mostly repeats the line just typed (or OpenSTA's
+// unknown-command procedure) and stays readable in $errorInfo. Scripts and
+// the front end get the trace as a sub-message.
+bool show_error_traces = true;
 
 void report_error(Engine &engine, bool interrupted = false)
 {
-  Tcl_Interp *interp = engine.interp();
   if (interrupted) {
     engine.post(MessageKind::error, "VSTA-1102", "interrupted by the user (SIGINT)");
     return;
   }
-  const char *info = Tcl_GetVar(interp, "errorInfo", TCL_GLOBAL_ONLY);
-  std::string all = info ? info : Tcl_GetStringResult(interp);
-  if (all.empty())
-    all = Tcl_GetStringResult(interp);
+  std::string all = engine.error_info();
   size_t nl = all.find('\n');
-  std::string first = strip_error_prefix(all.substr(0, nl));
+  std::string first = all.substr(0, nl);
+  if (first.rfind("Error: ", 0) == 0)
+    first.erase(0, 7);
   std::vector<SubMessage> subs;
-  if (nl != std::string::npos && nl + 1 < all.size())
+  if (show_error_traces && nl != std::string::npos && nl + 1 < all.size())
     subs.push_back(SubMessage{MessageKind::extra_info, "VSTA-1101", all.substr(nl + 1), {}});
   engine.post(MessageKind::error, "VSTA-1100", first, subs);
 }
@@ -216,16 +213,27 @@ int run_protocol_shell(Engine &engine)
   return 0;
 }
 
+namespace {
+
+// Opens the project named on the command line; returns the Tcl code.
+int open_named_project(Engine &engine, const std::string &project_path)
+{
+  Tcl_Obj *words[2] = {Tcl_NewStringObj("project_open", -1),
+                       Tcl_NewStringObj(project_path.c_str(), -1)};
+  Tcl_Obj *list = Tcl_NewListObj(2, words);
+  Tcl_IncrRefCount(list);
+  int code = evaluate_command(engine, Tcl_GetString(list));
+  Tcl_DecrRefCount(list);
+  return code;
+}
+
+} // namespace
+
 int run_interactive_shell(Engine &engine, const std::string &project_path)
 {
-  if (!project_path.empty()) {
-    Tcl_Obj *words[2] = {Tcl_NewStringObj("project_open", -1),
-                         Tcl_NewStringObj(project_path.c_str(), -1)};
-    Tcl_Obj *list = Tcl_NewListObj(2, words);
-    Tcl_IncrRefCount(list);
-    evaluate_command(engine, Tcl_GetString(list));
-    Tcl_DecrRefCount(list);
-  }
+  show_error_traces = false;
+  if (!project_path.empty())
+    open_named_project(engine, project_path);
   bool terminal = isatty(0);
   std::string pending;
   for (;;) {
@@ -258,9 +266,12 @@ int run_interactive_shell(Engine &engine, const std::string &project_path)
   return 0;
 }
 
-int run_batch(Engine &engine, const std::string &script, const std::vector<std::string> &args)
+int run_batch(Engine &engine, const std::string &script, const std::vector<std::string> &args,
+              const std::string &project_path)
 {
   Tcl_Interp *interp = engine.interp();
+  if (!project_path.empty() && open_named_project(engine, project_path) != TCL_OK)
+    return 1;
   Tcl_Obj *argv = Tcl_NewListObj(0, nullptr);
   for (const std::string &a : args)
     Tcl_ListObjAppendElement(nullptr, argv, Tcl_NewStringObj(a.c_str(), -1));

@@ -5,7 +5,8 @@
 // command's non-empty result is printed like tclsh does (collections of
 // design objects are shown as a list of their names), a failed command
 // becomes an error post whose text is the first line of errorInfo and whose
-// one sub-message carries the rest of it. SIGINT interrupts the running
+// one sub-message carries the rest of it (the interactive shell leaves that
+// trace out, as tclsh does; it stays in $errorInfo). SIGINT interrupts the running
 // command (Engine::request_interrupt) and the shell goes on.
 #pragma once
 
@@ -23,7 +24,10 @@ int evaluate_command(Engine &engine, const std::string &command);
 // Each returns the process exit status.
 int run_protocol_shell(Engine &engine);
 int run_interactive_shell(Engine &engine, const std::string &project_path);
-int run_batch(Engine &engine, const std::string &script, const std::vector<std::string> &args);
+// A project named on the command line is opened before the script runs; if
+// it cannot be opened the script does not run and the status is 1.
+int run_batch(Engine &engine, const std::string &script, const std::vector<std::string> &args,
+              const std::string &project_path = std::string());
 
 // Routes SIGINT to engine.request_interrupt().
 void install_interrupt_handler(Engine &engine);
