@@ -157,7 +157,11 @@ int evaluate_command(Engine &engine, const std::string &command)
     }
     crash_recovery_armed = 0;
   } else {
+    // The jump skipped every clean-up of the commands it left: lift the
+    // states a command sets only for its own duration.
     engine.set_command_running(false);
+    engine.set_reading_sdc(false);
+    engine.take_interrupt();
     engine.sink().flush_text();
     engine.internal_error("signal " + std::to_string(crash_signal) + " (" + strsignal(crash_signal)
                           + ") caught while running a command; the engine's state may be"

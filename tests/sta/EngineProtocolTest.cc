@@ -429,6 +429,17 @@ TEST_F(EngineSession, ACrashInsideACommandIsAnInternalErrorAndTheEngineGoesOn)
   EXPECT_EQ(hidden_texts(engine.command("llength [get_cells *]")), Lines{"5"});
 }
 
+TEST_F(EngineSession, AfterACrashWhileReadingSdcConstraintsStillNotifyTheFrontEnd)
+{
+  open_with_netlist();
+  project.write("crash.sdc", "get_full_name _0000000000000010_p_Instance\n");
+  Lines crash = engine.command("read_sdc {" + project.path("crash.sdc") + "}");
+  ASSERT_EQ(lines_starting(crash, "msg_internal_error 0 ").size(), 1u) << joined(crash);
+  // The constraint is applied at top level again, not as part of a file.
+  EXPECT_EQ(callbacks(engine.command("create_clock -period 10 -name fresh {clk}")),
+            (Lines{"lum_set_state -netlist_is_up_to_date 0", "lum_register_clock -name \"fresh\""}));
+}
+
 TEST(EngineExamples, DatapathExampleOpensAndTimes)
 {
   std::string vpf = std::string(CHRONEL_EXAMPLES_DIR) + "/datapath/datapath.vpf";
