@@ -36,10 +36,14 @@ void delete_binding(ClientData data)
 
 } // namespace
 
-void add_command(Engine &engine, const char *name, CommandFunction function)
+void add_command(Engine &engine, const char *name, CommandFunction function,
+                 const char *help_args)
 {
   Tcl_CreateObjCommand(engine.interp(), name, trampoline,
                        new CommandBinding{&engine, function}, delete_binding);
+  // OpenSTA's "help" lists the entries of this array.
+  if (help_args)
+    Tcl_SetVar2(engine.interp(), "::sta::cmd_args", name, help_args, TCL_GLOBAL_ONLY);
 }
 
 } // namespace vexa

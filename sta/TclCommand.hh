@@ -15,7 +15,12 @@ class Engine;
 using CommandFunction = int (*)(Engine &engine, Tcl_Interp *interp, int objc,
                                 Tcl_Obj *const objv[]);
 
-void add_command(Engine &engine, const char *name, CommandFunction function);
+// help_args, when given, is the argument summary the "help" command lists for
+// the command (in OpenSTA's style, e.g. "[-revision name] project_file"), so
+// that the engine's own commands are listed beside OpenSTA's and a command
+// that replaces one of OpenSTA's does not keep the old summary.
+void add_command(Engine &engine, const char *name, CommandFunction function,
+                 const char *help_args = nullptr);
 
 // Each command module registers its commands with one of these.
 void register_shell_commands(Engine &engine);

@@ -189,9 +189,10 @@ int delete_timing_netlist(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const
 
 void register_netlist_commands(Engine &engine)
 {
-  add_command(engine, "create_timing_netlist", create_timing_netlist);
-  add_command(engine, "update_timing_netlist", update_timing_netlist);
-  add_command(engine, "delete_timing_netlist", delete_timing_netlist);
+  add_command(engine, "create_timing_netlist", create_timing_netlist,
+              "[-post_map] [-speed grade] [-fast_model] [-risefall]");
+  add_command(engine, "update_timing_netlist", update_timing_netlist, "");
+  add_command(engine, "delete_timing_netlist", delete_timing_netlist, "");
 }
 
 } // namespace vexa

@@ -221,10 +221,11 @@ int execute_module(Engine &engine, Tcl_Interp *interp, int objc, Tcl_Obj *const 
 
 void register_project_commands(Engine &engine)
 {
-  add_command(engine, "project_open", project_open);
-  add_command(engine, "project_close", project_close);
-  add_command(engine, "load_package", load_package);
-  add_command(engine, "execute_module", execute_module);
+  add_command(engine, "project_open", project_open, "project_file [-revision name]");
+  add_command(engine, "project_close", project_close, "");
+  add_command(engine, "load_package", load_package, "[-version version] package");
+  add_command(engine, "execute_module", execute_module,
+              "-tool sta -args \"--vsf2sdc [out.sdc]\"");
 }
 
 } // namespace vexa

@@ -168,8 +168,8 @@ void register_sdc_commands(Engine &engine)
     engine.internal_error(std::string("SDC layer: ") + Tcl_GetStringResult(engine.interp()));
   // read_sdc and write_sdc replace OpenSTA's own after the layer is in place.
   engine.eval("catch {rename ::read_sdc {}}; catch {rename ::write_sdc {}}");
-  add_command(engine, "read_sdc", read_sdc);
-  add_command(engine, "write_sdc", write_sdc);
+  add_command(engine, "read_sdc", read_sdc, "[-echo] [filename]");
+  add_command(engine, "write_sdc", write_sdc, "filename");
 }
 
 void register_collection_commands(Engine &engine)

@@ -126,7 +126,7 @@ int exit_command(Engine &engine, Tcl_Interp *interp, int objc, Tcl_Obj *const ob
 
 void register_shell_commands(Engine &engine)
 {
-  add_command(engine, "exit", exit_command);
+  add_command(engine, "exit", exit_command, "[status]");
 }
 
 void install_interrupt_handler(Engine &engine)

@@ -429,6 +429,20 @@ TEST_F(EngineSession, ACrashInsideACommandIsAnInternalErrorAndTheEngineGoesOn)
   EXPECT_EQ(hidden_texts(engine.command("llength [get_cells *]")), Lines{"5"});
 }
 
+TEST_F(EngineSession, HelpListsTheEngineCommandsWithTheirOwnArguments)
+{
+  // read_sdc and write_sdc replace OpenSTA's, whose arguments differ.
+  const char *expected[][2] = {
+    {"project_open", "project_open project_file [-revision name]"},
+    {"create_timing_netlist",
+     "create_timing_netlist [-post_map] [-speed grade] [-fast_model] [-risefall]"},
+    {"read_sdc", "read_sdc [-echo] [filename]"},
+    {"write_sdc", "write_sdc filename"},
+  };
+  for (const auto &e : expected)
+    EXPECT_EQ(hidden_texts(engine.command(std::string("help ") + e[0])), Lines{e[1]});
+}
+
 TEST_F(EngineSession, AfterACrashWhileReadingSdcConstraintsStillNotifyTheFrontEnd)
 {
   open_with_netlist();
