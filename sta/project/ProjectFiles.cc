@@ -1,6 +1,7 @@
 #include "project/ProjectFiles.hh"
 
 #include "project/KeyValueFile.hh"
+#include "protocol/Encoder.hh"
 
 #include <cstdlib>
 #include <filesystem>
@@ -36,6 +37,14 @@ std::vector<std::string> split_blanks(const std::string &text)
   while (in >> w)
     words.push_back(w);
   return words;
+}
+
+// A clock name or port as one Tcl word of the written SDC: as it stands when
+// plain (the usual case), else double-quoted, so that a name such as
+// "clk[0]" is not taken for a command.
+std::string sdc_word(const std::string &text)
+{
+  return is_plain_token(text) ? text : quote_word(text);
 }
 
 std::string format_time(double t)
@@ -193,10 +202,11 @@ std::string clock_requirements_sdc(const RevisionSettings &settings)
 {
   std::string out;
   for (const ClockRequirement &req : settings.clock_requirements) {
-    out += "create_clock -name " + req.name + " -period " + format_time(req.period);
+    out += "create_clock -name " + sdc_word(req.name) + " -period " + format_time(req.period);
     if (req.rise)
       out += " -waveform {" + format_time(*req.rise) + " " + format_time(*req.fall) + "}";
-    out += " [get_ports {" + req.port + "}]\n";
+    out += " [get_ports " + (is_plain_token(req.port) ? "{" + req.port + "}" : quote_word(req.port))
+         + "]\n";
   }
   return out;
 }

@@ -4,6 +4,7 @@
 #include "project/ProjectFiles.hh"
 
 #include <gtest/gtest.h>
+#include <tcl.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -105,6 +106,21 @@ TEST(RevisionSettings, ReadsEveryKeyWithPathsRelativeToTheProject)
   EXPECT_EQ(clock_requirements_sdc(settings),
             "create_clock -name clk -period 10 [get_ports {clk}]\n"
             "create_clock -name fast -period 2.5 -waveform {0.5 1.5} [get_ports {clk2}]\n");
+}
+
+TEST(RevisionSettings, ConvertedClockNamesAndPortsStayOneTclWordEach)
+{
+  RevisionSettings settings;
+  settings.clock_requirements.push_back(ClockRequirement{1, "clk[0]", "ck{x", 4.0, {}, {}});
+  std::string sdc = clock_requirements_sdc(settings);
+  // Parsed as Tcl: -name, the name, -period, 4 and the port, nothing substituted.
+  Tcl_Interp *interp = Tcl_CreateInterp();
+  Tcl_Eval(interp, "proc get_ports {p} {return <$p>}\n"
+                   "proc create_clock {args} {set ::got [llength $args]|[lindex $args 1]|"
+                   "[lindex $args end]}");
+  ASSERT_EQ(Tcl_Eval(interp, sdc.c_str()), TCL_OK) << sdc;
+  EXPECT_EQ(std::string(Tcl_GetVar(interp, "got", TCL_GLOBAL_ONLY)), "5|clk[0]|<ck{x>") << sdc;
+  Tcl_DeleteInterp(interp);
 }
 
 TEST(RevisionSettings, MalformedSettingsNameTheLineAndReason)
