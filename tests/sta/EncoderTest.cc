@@ -89,6 +89,12 @@ TEST(Encoder, EveryTextReachesBothModesExactly)
     {"unbalanced {", Form::escaped},
     {"} closes first {", Form::escaped},
     {"ends in backslash \\", Form::escaped},
+    // Escaped texts whose first character would start a Tcl word form.
+    {"{ opens first", Form::escaped},
+    {"\"quoted {", Form::escaped},
+    {"$var {", Form::escaped},
+    {"[cmd] {", Form::escaped},
+    {"#hash {", Form::escaped},
     {"", Form::escaped},
   };
   FrontEnd front_end;
@@ -112,6 +118,7 @@ TEST(Encoder, EveryTextReachesBothModesExactly)
     case Form::escaped:
       // The one documented limitation: hidden results keep the backslashes.
       EXPECT_EQ(got, c.text) << encoded;
+      EXPECT_EQ(encoded.rfind("echo_stdout  ", 0), 0u) << encoded;
       EXPECT_EQ(encoded.find('\n'), encoded.size() - 1) << "must stay on one line";
       break;
     }

@@ -46,15 +46,19 @@ struct BadFile
 TEST(ProjectFile, ReadsRevisionsInOrderWithTheFirstAsDefault)
 {
   TempDir dir;
-  std::string path = dir.write("p.vpf", "# comment\n\n  project_name = \"my design\"  \n"
-                                        "revision = main\nrevision=fast\n");
+  std::string path = dir.write("p.vpf", "# comment\n\n  project_name = \"my \\\"design\\\" \\\\\"  \n"
+                                        "  # indented comment\r\n"
+                                        "revision = main\r\nrevision=fast\n");
   ProjectFile project;
   std::string error;
   ASSERT_TRUE(read_project_file(path, project, error)) << error;
-  EXPECT_EQ(project.name, "my design");
+  EXPECT_EQ(project.name, "my \"design\" \\");
   EXPECT_EQ(project.revisions, (std::vector<std::string>{"main", "fast"}));
   EXPECT_EQ(project.directory, dir.dir());
   EXPECT_EQ(revision_settings_path(project, "fast"), dir.dir() + "/fast.vsf");
+  // Without project_name the project is named after its file.
+  ASSERT_TRUE(read_project_file(dir.write("unnamed.vpf", "revision = r\n"), project, error));
+  EXPECT_EQ(project.name, "unnamed");
 }
 
 TEST(ProjectFile, MalformedFilesNameTheLineAndReason)
@@ -64,6 +68,7 @@ TEST(ProjectFile, MalformedFilesNameTheLineAndReason)
     {"revision = a\ncolour = red\n", ":2: unknown key \"colour\""},
     {"Revision = a\n", ":1: invalid key \"Revision\""},
     {"revision = \"open quote\n", ":1: missing closing quotation mark"},
+    {"revision = \"a\" b\n", ":1: text after the closing quotation mark"},
     {"revision = a\nrevision = a\n", ":2: revision \"a\" is listed twice"},
     {"project_name = x\n", "names no revision"},
     {"[section]\nrevision = a\n", ":1: sections are not allowed"},
@@ -99,8 +104,10 @@ TEST(RevisionSettings, ReadsEveryKeyWithPathsRelativeToTheProject)
   EXPECT_EQ(settings.family_line, 2);
   EXPECT_EQ(settings.verilog_files,
             (std::vector<std::string>{dir.dir() + "/netlist/a.v", "/abs/b.v"}));
+  EXPECT_EQ(settings.spef_file, dir.dir() + "/x.spef");
   EXPECT_EQ(settings.sdf_file, dir.dir() + "/with blank.sdf");
-  EXPECT_EQ(settings.sdc_files.size(), 2u);
+  EXPECT_EQ(settings.sdc_files,
+            (std::vector<std::string>{dir.dir() + "/a.sdc", dir.dir() + "/b.sdc"}));
   ASSERT_EQ(settings.clock_requirements.size(), 2u);
   EXPECT_FALSE(settings.clock_requirements[0].rise.has_value());
   EXPECT_EQ(clock_requirements_sdc(settings),
@@ -132,7 +139,10 @@ TEST(RevisionSettings, MalformedSettingsNameTheLineAndReason)
     {"top_module = a\ntop_module = b\n", ":2: \"top_module\" is given twice"},
     {"top_module =\n", ":1: empty value for \"top_module\""},
     {"clock_requirement = clk clk\n", ":1: clock_requirement needs NAME PORT PERIOD"},
+    {"clock_requirement = clk clk 10 1\n", ":1: clock_requirement needs NAME PORT PERIOD"},
     {"clock_requirement = clk clk -3\n", ":1: clock period \"-3\" is not a positive number"},
+    {"clock_requirement = clk clk 10ns\n", ":1: clock period \"10ns\" is not a positive number"},
+    {"clock_requirement = clk clk 10 1 x\n", ":1: clock edge times must be numbers"},
     {"clock_requirement = clk clk 10 6 2\n", ":1: clock edges need 0 <= RISE < FALL"},
     {"speed = 6\n", ":1: unknown key \"speed\""},
   };
