@@ -88,28 +88,39 @@ SQL_STATEMENT& SQL_STATEMENT::operator=(SQL_STATEMENT&& other) noexcept {
 
 SQL_STATEMENT::~SQL_STATEMENT() { sqlite3_finalize(m_stmt); }
 
+// A value that cannot be bound (a text beyond SQLite's size limit, an index
+// the statement lacks) must not leave the parameter NULL and be stored so.
+void SQL_STATEMENT::check_bind(int code, int index) {
+  if (code != SQLITE_OK)
+    m_db->fail(code, "cannot bind parameter " + std::to_string(index));
+}
+
 SQL_STATEMENT& SQL_STATEMENT::bind(int index, int64_t value) {
-  sqlite3_bind_int64(m_stmt, index, value);
+  check_bind(sqlite3_bind_int64(m_stmt, index, value), index);
   return *this;
 }
 
 SQL_STATEMENT& SQL_STATEMENT::bind(int index, double value) {
-  sqlite3_bind_double(m_stmt, index, value);
+  check_bind(sqlite3_bind_double(m_stmt, index, value), index);
   return *this;
 }
 
 SQL_STATEMENT& SQL_STATEMENT::bind(int index, std::string_view text) {
-  sqlite3_bind_text(m_stmt, index, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+  // The 64-bit form: a length beyond INT_MAX must not wrap to a negative one,
+  // which SQLite would take as "up to the first NUL".
+  check_bind(sqlite3_bind_text64(m_stmt, index, text.data(), text.size(), SQLITE_TRANSIENT,
+                                 SQLITE_UTF8),
+             index);
   return *this;
 }
 
 SQL_STATEMENT& SQL_STATEMENT::bind_blob(int index, const void* data, size_t size) {
-  sqlite3_bind_blob64(m_stmt, index, data, size, SQLITE_STATIC);
+  check_bind(sqlite3_bind_blob64(m_stmt, index, data, size, SQLITE_STATIC), index);
   return *this;
 }
 
 SQL_STATEMENT& SQL_STATEMENT::bind_null(int index) {
-  sqlite3_bind_null(m_stmt, index);
+  check_bind(sqlite3_bind_null(m_stmt, index), index);
   return *this;
 }
 

@@ -30,6 +30,7 @@ public:
   SQL_STATEMENT& operator=(SQL_STATEMENT&& other) noexcept;
   ~SQL_STATEMENT();
 
+  // Each bind throws RDB_ERROR when SQLite refuses the value.
   SQL_STATEMENT& bind(int index, int64_t value);
   SQL_STATEMENT& bind(int index, int value) { return bind(index, static_cast<int64_t>(value)); }
   SQL_STATEMENT& bind(int index, double value);
@@ -52,6 +53,8 @@ public:
   bool column_is_null(int col) const;
 
 private:
+  void check_bind(int code, int index);
+
   SQL_DATABASE* m_db = nullptr;
   sqlite3_stmt* m_stmt = nullptr;
 };

@@ -2,6 +2,8 @@
 // remembered, and malformed panels are refused without storing anything.
 #include "rdb_test_util.hh"
 
+#include "rdb/rdb_sqlite.hh"
+
 #include <sqlite3.h>
 
 namespace {
@@ -219,6 +221,17 @@ TEST_F(RDB_WRITER_TEST, DeletingPanelsRemovesThemAndTheirRows) {
   EXPECT_TRUE(writer.list_panels().empty());
   auto report = RDB_REPORT::open(m_file);
   EXPECT_EQ(report->get_main_folder()->get_number_of_children(), 0);
+}
+
+TEST_F(RDB_WRITER_TEST, AValueSqliteRefusesToBindIsAnErrorNotANull) {
+  rdb_internal::SQL_DATABASE db((m_dir / "bind.db").string(), true, true, 1000);
+  db.exec("CREATE TABLE t(v TEXT)");
+  sqlite3_limit(db.handle(), SQLITE_LIMIT_LENGTH, 16);
+  rdb_internal::SQL_STATEMENT insert(db, "INSERT INTO t(v) VALUES(?)");
+  EXPECT_THROW(insert.bind(1, std::string(64, 'x')), RDB_ERROR);  // too long
+  EXPECT_THROW(insert.bind(2, 1), RDB_ERROR);                     // no such parameter
+  insert.bind(1, "short").run();
+  EXPECT_EQ(db.query_int("SELECT count(*) FROM t WHERE v IS NULL"), 0);
 }
 
 }  // namespace
