@@ -72,7 +72,9 @@ bool parse_key_value_text(const std::string &path, const std::string &text,
 {
   out.path = path;
   out.entries.clear();
-  std::istringstream in(text);
+  // Editors on some systems start a UTF-8 file with a byte-order mark; it
+  // would otherwise become part of the first key and make it "invalid".
+  std::istringstream in(text.rfind("\xEF\xBB\xBF", 0) == 0 ? text.substr(3) : text);
   std::string raw;
   std::string section;
   int line_no = 0;
@@ -126,8 +128,12 @@ bool read_key_value_file(const std::string &path, bool allow_sections,
                          KeyValueFile &out, std::string &error)
 {
   std::error_code ec;
-  if (!std::filesystem::is_regular_file(path, ec)) {
+  if (!std::filesystem::exists(path, ec)) {
     error = path + ": file does not exist";
+    return false;
+  }
+  if (!std::filesystem::is_regular_file(path, ec)) {
+    error = path + ": not a file (a folder or a device)";
     return false;
   }
   std::ifstream in(path, std::ios::binary);

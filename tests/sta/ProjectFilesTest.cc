@@ -86,6 +86,19 @@ TEST(ProjectFile, MalformedFilesNameTheLineAndReason)
   std::string error;
   EXPECT_FALSE(read_project_file(dir.dir() + "/missing.vpf", project, error));
   EXPECT_NE(error.find("does not exist"), std::string::npos);
+  std::filesystem::create_directory(dir.dir() + "/folder.vpf");
+  EXPECT_FALSE(read_project_file(dir.dir() + "/folder.vpf", project, error));
+  EXPECT_NE(error.find("folder.vpf: not a file"), std::string::npos) << error;
+}
+
+TEST(ProjectFile, AByteOrderMarkBeforeTheFirstKeyIsIgnored)
+{
+  TempDir dir;
+  ProjectFile project;
+  std::string error;
+  ASSERT_TRUE(read_project_file(dir.write("bom.vpf", "\xEF\xBB\xBFproject_name = p\nrevision = r\n"),
+                                project, error)) << error;
+  EXPECT_EQ(project.name, "p");
 }
 
 TEST(RevisionSettings, ReadsEveryKeyWithPathsRelativeToTheProject)
