@@ -76,8 +76,9 @@ int read_sdc(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
       return engine.tcl_error("read_sdc: revision " + engine.revision()
                               + " names no SDC file (sdc_file in its settings file)");
   }
-  int total_errors = 0;
-  std::string failed;
+  // Every file is found before any is read: a missing second file must not
+  // leave the first one applied without the front end being told.
+  std::vector<std::string> paths;
   for (const std::string &file : files) {
     std::string path = resolve_path(engine.project_dir(), file);
     if (file.empty() || file[0] != '/') {
@@ -86,11 +87,19 @@ int read_sdc(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
       if (here)
         path = file;
     }
+    if (!std::ifstream(path))
+      return engine.tcl_error("read_sdc: cannot read SDC file \"" + path
+                              + "\"; no constraint was read");
+    paths.push_back(path);
+  }
+  int total_errors = 0;
+  std::string failed;
+  for (const std::string &path : paths) {
     engine.set_reading_sdc(true);
     int errors = source_sdc_file(engine, path);
     engine.set_reading_sdc(false);
     if (errors < 0)
-      return engine.tcl_error("read_sdc: cannot read SDC file \"" + path + "\"");
+      errors = 1;  // vanished since it was found: counted as the one fault
     total_errors += errors;
     if (errors > 0)
       failed += (failed.empty() ? "" : ", ") + path;

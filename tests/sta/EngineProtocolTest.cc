@@ -176,6 +176,20 @@ TEST_F(EngineSession, SdcErrorNamesFileAndLineAndKeepsTheRest)
   EXPECT_EQ(hidden_texts(engine.command("puts ok")), Lines{"ok"});
 }
 
+TEST_F(EngineSession, AMissingSdcFileOfTheRevisionStopsReadSdcBeforeAnyIsApplied)
+{
+  project.write("chip.vsf", "top_module = chip\nfamily = OSU\nspeed_grade = 035\n"
+                            "verilog_file = netlist/chip.v\nsdc_file = chip.sdc\n"
+                            "sdc_file = later.sdc\n");
+  open_with_netlist();
+  Lines read = engine.command("read_sdc");
+  Lines errors = lines_starting(read, "msg_post 0 error ");
+  ASSERT_EQ(errors.size(), 1u) << joined(read);
+  EXPECT_NE(errors[0].find("later.sdc"), std::string::npos) << errors[0];
+  EXPECT_TRUE(callbacks(read).empty()) << joined(read);
+  EXPECT_EQ(hidden_texts(engine.command("llength [all_clocks]")), Lines{"0"});
+}
+
 TEST_F(EngineSession, FailingCommandsPostAnErrorAndTheEngineKeepsItsState)
 {
   struct Case { const char *command; const char *expected; };
