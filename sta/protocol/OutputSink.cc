@@ -89,7 +89,15 @@ void OutputSink::write_protocol_line(std::string_view line)
   if (m_mode != OutputMode::protocol)
     return;
   flush_text();
-  std::string whole(line);
+  std::string whole;
+  if (line.find_first_of("\r\n") != std::string_view::npos) {
+    // A caller forgot to quote a word: the line would split and the front
+    // end would run its second half as a command of its own.
+    whole = "msg_internal_error 0 "
+          + quote_word("a protocol line held a line break and was not sent: " + std::string(line));
+  } else {
+    whole = line;
+  }
   whole.push_back('\n');
   write_fd(m_protocol_fd, whole);
 }

@@ -40,6 +40,8 @@ public:
   // One whole protocol line ("tcl> ", a call-back, a post); "\n" is added.
   // Pending text is flushed first so that the order is kept. In plain mode
   // protocol lines are not written (callers use plain-mode forms instead).
+  // A line holding a line break (a word its caller forgot to quote) is not
+  // sent; an internal-error line saying so is sent in its place.
   void write_protocol_line(std::string_view line);
 
   // Protocol mode: each complete text line is first offered to the filter;
