@@ -4,6 +4,7 @@
 #include "Engine.hh"
 #include "TclCommand.hh"
 #include "project/KeyValueFile.hh"
+#include "shell/CommandAssembler.hh"
 
 #include <fstream>
 #include <sstream>
@@ -24,7 +25,7 @@ int source_sdc_file(Engine &engine, const std::string &path)
   if (!in)
     return -1;
   int errors = 0;
-  std::string pending;
+  CommandAssembler input;
   int first_line = 0;
   int line_no = 0;
   std::string line;
@@ -40,20 +41,13 @@ int source_sdc_file(Engine &engine, const std::string &path)
   };
   while (std::getline(in, line)) {
     ++line_no;
-    if (!line.empty() && line.back() == '\r')
-      line.pop_back();
-    if (pending.empty())
+    if (!input.pending())
       first_line = line_no;
-    else
-      pending += "\n";
-    pending += line;
-    if (Tcl_CommandComplete(pending.c_str())) {
-      run(pending, first_line);
-      pending.clear();
-    }
+    if (input.add(line))
+      run(input.take(), first_line);
   }
-  if (!pending.empty())
-    run(pending, first_line);
+  if (input.pending())
+    run(input.take(), first_line);
   return errors;
 }
 

@@ -3,6 +3,7 @@
 #include "Engine.hh"
 #include "TclCommand.hh"
 #include "protocol/Encoder.hh"
+#include "shell/CommandAssembler.hh"
 
 #include <tcl.h>
 #include <readline/history.h>
@@ -196,21 +197,14 @@ int run_protocol_shell(Engine &engine)
 {
   OutputSink &sink = engine.sink();
   sink.write_protocol_line("tcl> ");
-  std::string pending;
+  CommandAssembler input;
   std::string line;
   while (std::getline(std::cin, line)) {
-    if (!line.empty() && line.back() == '\r')
-      line.pop_back();
-    if (!pending.empty())
-      pending += "\n";
-    pending += line;
-    if (!Tcl_CommandComplete(pending.c_str())) {
+    if (!input.add(line)) {
       sink.write_protocol_line("> ");
       continue;
     }
-    std::string command;
-    command.swap(pending);
-    evaluate_command(engine, command);
+    evaluate_command(engine, input.take());
     sink.write_protocol_line("tcl> ");
   }
   flush_tcl_channels(engine);
@@ -239,9 +233,9 @@ int run_interactive_shell(Engine &engine, const std::string &project_path)
   if (!project_path.empty())
     open_named_project(engine, project_path);
   bool terminal = isatty(0);
-  std::string pending;
+  CommandAssembler input;
   for (;;) {
-    const char *prompt = pending.empty() ? "tcl> " : "> ";
+    const char *prompt = input.pending() ? "> " : "tcl> ";
     std::string line;
     if (terminal) {
       char *read = readline(prompt);
@@ -254,13 +248,9 @@ int run_interactive_shell(Engine &engine, const std::string &project_path)
       if (!std::getline(std::cin, line))
         break;
     }
-    if (!pending.empty())
-      pending += "\n";
-    pending += line;
-    if (!Tcl_CommandComplete(pending.c_str()))
+    if (!input.add(line))
       continue;
-    std::string command;
-    command.swap(pending);
+    std::string command = input.take();
     if (terminal && command.find_first_not_of(" \t") != std::string::npos)
       add_history(command.c_str());
     evaluate_command(engine, command);
