@@ -71,9 +71,8 @@ void discard_design(Engine &engine)
 
 int create_timing_netlist(Engine &engine, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[])
 {
-  static const char *usage =
-    "wrong # args: should be \"create_timing_netlist ?-post_map? ?-speed grade? ?-fast_model? "
-    "?-risefall?\"";
+  static const std::string usage =
+    "should be \"create_timing_netlist ?-post_map? ?-speed grade? ?-fast_model? ?-risefall?\"";
   std::string grade;
   bool fast = false;
   bool risefall = false;
@@ -89,8 +88,12 @@ int create_timing_netlist(Engine &engine, Tcl_Interp *interp, int objc, Tcl_Obj 
       grade = Tcl_GetString(objv[++i]);
       while (!grade.empty() && grade.back() == ' ')
         grade.pop_back();
+    } else if (option == "-speed") {
+      return engine.tcl_error("create_timing_netlist: -speed needs a speed grade; " + usage);
     } else {
-      return engine.tcl_error(usage);
+      return engine.tcl_error("create_timing_netlist: unknown "
+                              + std::string(option.rfind('-', 0) == 0 ? "option" : "argument")
+                              + " \"" + option + "\"; " + usage);
     }
   }
   if (!engine.require_project("create_timing_netlist"))

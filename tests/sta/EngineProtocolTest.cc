@@ -195,6 +195,8 @@ TEST_F(EngineSession, FailingCommandsPostAnErrorAndTheEngineKeepsItsState)
   struct Case { const char *command; const char *expected; };
   const Case before_open[] = {
     {"create_timing_netlist", "no project is open"},
+    {"create_timing_netlist -fastmodel", "unknown option \\\"-fastmodel\\\""},
+    {"create_timing_netlist -speed", "-speed needs a speed grade"},
     {"read_sdc", "no project is open"},
     {"nosuchcommand", "invalid command name"},
     {"project_open /nonexistent/x.vpf", "does not exist"},
