@@ -86,6 +86,7 @@ std::string project_of_settings(const std::string &vsf, const std::string &revis
 
 int project_open(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
 {
+  static const std::string usage = "should be \"project_open path ?-revision name?\"";
   std::string path;
   std::string revision;
   for (int i = 1; i < objc; ++i) {
@@ -94,11 +95,16 @@ int project_open(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
       revision = Tcl_GetString(objv[++i]);
     else if (path.empty() && !word.empty() && (word[0] != '-' || word == "-"))
       path = word;
+    else if (word == "-revision")
+      return engine.tcl_error("project_open: -revision needs a revision name; " + usage);
+    else if (!word.empty() && word[0] == '-')
+      return engine.tcl_error("project_open: unknown option \"" + word + "\"; " + usage);
     else
-      return engine.tcl_error("wrong # args: should be \"project_open path ?-revision name?\"");
+      return engine.tcl_error("project_open: one project file only (\"" + path + "\" and \""
+                              + word + "\"); " + usage);
   }
   if (path.empty())
-    return engine.tcl_error("wrong # args: should be \"project_open path ?-revision name?\"");
+    return engine.tcl_error("wrong # args: " + usage);
   // A settings file stands for its revision of the project file of the
   // same base name.
   if (fs::path(path).extension() == ".vsf") {

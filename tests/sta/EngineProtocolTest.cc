@@ -200,6 +200,8 @@ TEST_F(EngineSession, FailingCommandsPostAnErrorAndTheEngineKeepsItsState)
     {"read_sdc", "no project is open"},
     {"nosuchcommand", "invalid command name"},
     {"project_open /nonexistent/x.vpf", "does not exist"},
+    {"project_open a.vpf -rev x", "unknown option \\\"-rev\\\""},
+    {"project_open a.vpf b.vpf", "one project file only"},
   };
   for (const Case &c : before_open) {
     Lines out = engine.command(c.command);
