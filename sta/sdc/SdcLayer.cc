@@ -152,12 +152,23 @@ proc ::vexa::sdc_apply {name saved arglist} {
   return $result
 }
 
+# Every SDC command that OpenSTA applies (its "not supported" and "ignored"
+# ones are left out): a command missing here would change timing without the
+# front end learning that the netlist is stale, and write_sdc would lose it.
 foreach ::vexa::cmd {
   create_clock set_clock_latency set_clock_uncertainty set_input_delay set_output_delay
   set_false_path set_multicycle_path set_max_delay set_min_delay set_clock_groups
   set_propagated_clock set_load set_input_transition set_driving_cell set_case_analysis
   set_disable_timing set_clock_transition delete_clock delete_generated_clock
   unset_clock_latency unset_clock_uncertainty unset_propagated_clock set_max_time_borrow
+  set_timing_derate set_drive set_max_transition set_max_fanout set_max_capacitance
+  set_min_capacitance group_path set_logic_zero set_logic_one set_logic_dc
+  unset_case_analysis set_min_pulse_width set_ideal_network unset_path_exceptions
+  unset_clock_groups set_wire_load_mode set_wire_load_model set_operating_conditions
+  set_sense set_data_check unset_data_check set_disable_inferred_clock_gating
+  unset_disable_inferred_clock_gating set_resistance set_max_area set_port_fanout_number
+  set_clock_gating_check unset_input_delay unset_output_delay unset_clock_transition
+  unset_disable_timing unset_generated_clock
 } {
   if {[llength [info commands ::$::vexa::cmd]]} {
     ::vexa::wrap $::vexa::cmd ::vexa::sdc_apply

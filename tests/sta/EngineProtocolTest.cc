@@ -376,6 +376,35 @@ TEST_F(EngineSession, WriteSdcRoundTripsWhatWasEntered)
   EXPECT_EQ(text.str(), text2.str());
 }
 
+TEST_F(EngineSession, EveryAppliedConstraintMarksTheNetlistStaleAndIsWritten)
+{
+  open_with_netlist();
+  engine.command("create_clock -period 10 -name clk {clk}");
+  const char *commands[] = {
+    "set_timing_derate -late 1.05",
+    "set_drive 0.1 [get_ports a]",
+    "set_max_transition 0.5 [get_ports {q[0]}]",
+    "set_max_fanout 4 [get_ports a]",
+    "group_path -name from_a -from [get_ports a]",
+    "set_logic_zero [get_ports b]",
+    "unset_case_analysis [get_ports b]",
+    "set_min_pulse_width 1 [get_clocks clk]",
+    "unset_path_exceptions -from [get_ports a]",
+  };
+  for (const char *command : commands)
+    EXPECT_EQ(callbacks(engine.command(command)),
+              Lines{"lum_set_state -netlist_is_up_to_date 0"}) << command;
+  std::string sdc = project.path("all.sdc");
+  engine.command("write_sdc \"" + sdc + "\"");
+  std::ifstream in(sdc);
+  std::stringstream text;
+  text << in.rdbuf();
+  for (const char *command : commands) {
+    std::string name(command, std::string_view(command).find(' '));
+    EXPECT_NE(text.str().find("\n" + name + " "), std::string::npos) << name << "\n" << text.str();
+  }
+}
+
 TEST_F(EngineSession, EachNetlistUsesTheLibraryOfItsGradeAndModel)
 {
   auto arrival = [&](const std::string &create) {
