@@ -25,7 +25,8 @@ bool is_plain_token(std::string_view text);
 std::string encode_text_line(std::string_view line);
 
 // A double-quoted Tcl word whose value is text, kept on one line: the
-// characters $ [ ] " and backslash are escaped with a backslash, newline becomes \n, tab \t, carriage return \r.
+// characters $ [ ] " and backslash are escaped with a backslash; newline
+// becomes \n, tab \t and carriage return \r.
 std::string quote_word(std::string_view text);
 
 // Text as a call-back argument: as it stands when plain, else quote_word.
