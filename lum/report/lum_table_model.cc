@@ -43,6 +43,7 @@ void LUM_TABLE_MODEL::set_source(std::unique_ptr<LUM_TABLE_SOURCE> source) {
   m_rows = m_source ? static_cast<int>(std::min<int64_t>(m_source->row_count(), INT_MAX)) : 0;
   m_cache.clear();
   m_order.clear();
+  m_group_starts.clear();
   m_sort_column = -1;
   m_ascending = true;
   endResetModel();
@@ -135,6 +136,13 @@ void LUM_TABLE_MODEL::sort_column(int column, bool ascending) {
   m_pending_column = column;
   m_pending_ascending = ascending;
   emit sort_started(column, ascending);
+  if (column == m_sort_column && ascending != m_ascending && m_group_starts.size() == m_order.size() &&
+      static_cast<int>(m_order.size()) == m_rows) {
+    std::vector<bool> group_starts = m_group_starts;
+    std::vector<uint32_t> order = lum_reverse_sort_order(m_order, &group_starts);
+    apply_order(generation, std::move(order), std::move(group_starts));
+    return;
+  }
   LUM_TABLE_SOURCE_FACTORY factory = m_off_thread_reading ? m_source->thread_source_factory() : nullptr;
   if (factory) {
     start_sort_worker(generation, {}, std::move(factory));
@@ -207,13 +215,17 @@ void LUM_TABLE_MODEL::start_sort_worker(uint64_t generation, std::vector<LUM_SOR
       job->done = true;
       return;
     }
-    std::vector<uint32_t> order = lum_sort_chunks(chunks, ascending, &job->cancel);
+    std::vector<bool> group_starts;
+    std::vector<uint32_t> order = lum_sort_chunks(chunks, ascending, &job->cancel, &group_starts);
     std::vector<LUM_SORT_CHUNK>().swap(chunks);
     if (!job->cancel) {
       // The model outlives this thread (its destructor joins it), and a
       // queued call to a deleted receiver is dropped.
       QMetaObject::invokeMethod(
-          this, [this, generation, order = std::move(order)]() mutable { apply_order(generation, std::move(order)); },
+          this,
+          [this, generation, order = std::move(order), group_starts = std::move(group_starts)]() mutable {
+            apply_order(generation, std::move(order), std::move(group_starts));
+          },
           Qt::QueuedConnection);
     }
     job->done = true;
@@ -221,7 +233,7 @@ void LUM_TABLE_MODEL::start_sort_worker(uint64_t generation, std::vector<LUM_SOR
   m_workers.push_back(WORKER{std::move(thread), std::move(job)});
 }
 
-void LUM_TABLE_MODEL::apply_order(uint64_t generation, std::vector<uint32_t> order) {
+void LUM_TABLE_MODEL::apply_order(uint64_t generation, std::vector<uint32_t> order, std::vector<bool> group_starts) {
   if (generation != m_generation || static_cast<int>(order.size()) != m_rows) return;
   emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
   // Persistent indexes (selection, caret) follow their rows.
@@ -238,6 +250,7 @@ void LUM_TABLE_MODEL::apply_order(uint64_t generation, std::vector<uint32_t> ord
     changePersistentIndexList(persistent, to);
   }
   m_order = std::move(order);
+  m_group_starts = std::move(group_starts);
   m_sort_column = m_pending_column;
   m_ascending = m_pending_ascending;
   m_sorting = false;
@@ -263,6 +276,7 @@ void LUM_TABLE_MODEL::undo_sort() {
   }
   changePersistentIndexList(persistent, to);
   m_order.clear();
+  m_group_starts.clear();
   m_sort_column = -1;
   m_ascending = true;
   emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);

@@ -11,7 +11,8 @@
 // the keys are sorted on the worker. The new order replaces the old one in
 // one layout change; until then the view shows and scrolls the old order. A
 // new sort or undo_sort() while a sort runs makes the older one's result be
-// thrown away.
+// thrown away. Sorting the sorted column the other way takes no new sort: the
+// groups of equal keys are reversed at once.
 #pragma once
 
 #include "report/lum_table_sort.hh"
@@ -94,7 +95,7 @@ class LUM_TABLE_MODEL : public QAbstractTableModel {
   const RDB_TABLE_ROW* row_at(int64_t source_row) const;
   void start_sort_worker(uint64_t generation, std::vector<LUM_SORT_CHUNK> chunks, LUM_TABLE_SOURCE_FACTORY factory);
   void collect_slice(uint64_t generation);
-  void apply_order(uint64_t generation, std::vector<uint32_t> order);
+  void apply_order(uint64_t generation, std::vector<uint32_t> order, std::vector<bool> group_starts);
   void cancel_sort();
   void reap_workers(bool all);
 
@@ -103,6 +104,9 @@ class LUM_TABLE_MODEL : public QAbstractTableModel {
   int m_rows = 0;
   mutable std::list<PAGE> m_cache;  // most recently used first
   std::vector<uint32_t> m_order;    // empty: database order
+  // Where each group of equal keys starts in m_order, so that sorting the
+  // same column the other way is a reversal of the groups, not a new sort.
+  std::vector<bool> m_group_starts;
 
   int m_sort_column = -1;
   bool m_ascending = true;

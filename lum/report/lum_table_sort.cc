@@ -18,6 +18,10 @@ class ITEM_ORDER {
   ITEM_ORDER(const std::vector<LUM_SORT_CHUNK>& chunks, size_t skip, bool ascending)
       : m_chunks(chunks), m_skip(skip), m_ascending(ascending) {}
 
+  bool same_key(const LUM_SORT_ITEM& a, const LUM_SORT_ITEM& b) const {
+    return a.prefix == b.prefix && a.prefix2 == b.prefix2 && compare_tails(a, b) == 0;
+  }
+
   bool operator()(const LUM_SORT_ITEM& a, const LUM_SORT_ITEM& b) const {
     if (a.prefix != b.prefix) return m_ascending ? a.prefix < b.prefix : a.prefix > b.prefix;
     if (a.prefix2 != b.prefix2) return m_ascending ? a.prefix2 < b.prefix2 : a.prefix2 > b.prefix2;
@@ -111,7 +115,7 @@ bool lum_key_rows(const LUM_TABLE_SOURCE& source, int64_t first, int64_t last, i
 }
 
 std::vector<uint32_t> lum_sort_chunks(std::vector<LUM_SORT_CHUNK>& chunks, bool ascending,
-                                      const std::atomic<bool>* cancel) {
+                                      const std::atomic<bool>* cancel, std::vector<bool>* group_starts) {
   const size_t skip = common_prefix(chunks);
   const ITEM_ORDER order(chunks, skip, ascending);
   auto sort_chunk = [&order, skip](LUM_SORT_CHUNK* chunk) {
@@ -138,5 +142,29 @@ std::vector<uint32_t> lum_sort_chunks(std::vector<LUM_SORT_CHUNK>& chunks, bool 
   }
   std::vector<uint32_t> rows(merged.size());
   for (size_t i = 0; i < merged.size(); ++i) rows[i] = merged[i].row;
+  if (group_starts) {
+    group_starts->assign(merged.size(), false);
+    for (size_t i = 0; i < merged.size(); ++i) (*group_starts)[i] = i == 0 || !order.same_key(merged[i - 1], merged[i]);
+  }
   return rows;
+}
+
+std::vector<uint32_t> lum_reverse_sort_order(const std::vector<uint32_t>& order, std::vector<bool>* group_starts) {
+  std::vector<uint32_t> reversed;
+  std::vector<bool> starts;
+  if (!group_starts || group_starts->size() != order.size()) return reversed;
+  reversed.reserve(order.size());
+  starts.reserve(order.size());
+  size_t end = order.size();
+  while (end > 0) {
+    size_t begin = end - 1;
+    while (begin > 0 && !(*group_starts)[begin]) --begin;
+    for (size_t i = begin; i < end; ++i) {
+      reversed.push_back(order[i]);
+      starts.push_back(i == begin);
+    }
+    end = begin;
+  }
+  group_starts->swap(starts);
+  return reversed;
 }

@@ -41,6 +41,15 @@ bool lum_key_rows(const LUM_TABLE_SOURCE& source, int64_t first, int64_t last, i
 
 // The source rows in sorted order: by key ascending or descending, equal keys
 // in source order either way. Sorts the chunks on threads of their own, one
-// per chunk. Empty when cancelled.
+// per chunk. Empty when cancelled. With group_starts, also tells for each
+// position of the order whether its key differs from the previous one's
+// (true at position 0), which lets the opposite direction be derived
+// without sorting again (lum_reverse_sort_order).
 std::vector<uint32_t> lum_sort_chunks(std::vector<LUM_SORT_CHUNK>& chunks, bool ascending,
-                                      const std::atomic<bool>* cancel = nullptr);
+                                      const std::atomic<bool>* cancel = nullptr,
+                                      std::vector<bool>* group_starts = nullptr);
+
+// The order of the opposite direction from a sorted order and its groups of
+// equal keys: the groups in reverse, each keeping its rows in source order.
+// *group_starts is updated to describe the new order.
+std::vector<uint32_t> lum_reverse_sort_order(const std::vector<uint32_t>& order, std::vector<bool>* group_starts);

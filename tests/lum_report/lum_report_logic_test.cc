@@ -81,14 +81,22 @@ TEST(LumTableSort, ChunkedSortMatchesAStableSortByTheComparisonInBothDirections)
       std::vector<LUM_SORT_CHUNK> chunks(static_cast<size_t>(parts));
       for (int p = 0; p < parts; ++p)
         ASSERT_TRUE(lum_key_rows(source, 3000 * p / parts, 3000 * (p + 1) / parts, 1, p, &chunks[p]));
-      const std::vector<uint32_t> order = lum_sort_chunks(chunks, ascending);
-      std::vector<uint32_t> expected(cells.size());
-      for (uint32_t i = 0; i < expected.size(); ++i) expected[i] = i;
-      std::stable_sort(expected.begin(), expected.end(), [&](uint32_t a, uint32_t b) {
-        const int c = lum_lexcmp(cells[a].c_str(), cells[b].c_str());
-        return ascending ? c < 0 : c > 0;
-      });
-      EXPECT_EQ(order, expected) << (ascending ? "ascending" : "descending") << ", " << parts << " chunks";
+      std::vector<bool> groups;
+      const std::vector<uint32_t> order = lum_sort_chunks(chunks, ascending, nullptr, &groups);
+      auto stable_order = [&cells](bool up) {
+        std::vector<uint32_t> expected(cells.size());
+        for (uint32_t i = 0; i < expected.size(); ++i) expected[i] = i;
+        std::stable_sort(expected.begin(), expected.end(), [&](uint32_t a, uint32_t b) {
+          const int c = lum_lexcmp(cells[a].c_str(), cells[b].c_str());
+          return up ? c < 0 : c > 0;
+        });
+        return expected;
+      };
+      EXPECT_EQ(order, stable_order(ascending)) << (ascending ? "ascending" : "descending") << ", " << parts << " chunks";
+      // The other direction by reversing the groups of equal keys, twice.
+      const std::vector<uint32_t> flipped = lum_reverse_sort_order(order, &groups);
+      EXPECT_EQ(flipped, stable_order(!ascending));
+      EXPECT_EQ(lum_reverse_sort_order(flipped, &groups), order);
     }
   }
 }
