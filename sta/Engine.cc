@@ -257,8 +257,13 @@ int Engine::ensure_up_to_date()
 void Engine::sync_clocks()
 {
   std::vector<std::string> current;
-  if (m_state.netlist_is_created
-      && eval("lmap ::vexa::c [all_clocks] {get_name $::vexa::c}") == TCL_OK) {
+  if (m_state.netlist_is_created) {
+    // Clocks that cannot be listed (an interrupted command) are not gone:
+    // the front end keeps what it was told until they can be listed again.
+    if (eval("lmap ::vexa::c [all_clocks] {get_name $::vexa::c}") != TCL_OK) {
+      Tcl_ResetResult(m_interp);
+      return;
+    }
     Tcl_Obj *list = Tcl_GetObjResult(m_interp);
     int n = 0;
     Tcl_Obj **items = nullptr;

@@ -182,6 +182,10 @@ public:
   void set_command_running(bool running) { m_command_running = running; }
   // After a command: true (once) when it was interrupted; lifts the stop.
   bool take_interrupt();
+  // True once the running command has been interrupted. Commands that
+  // evaluate many scripts of their own (read_sdc) stop at once: every
+  // further evaluation would only fail with "time limit exceeded".
+  bool interrupt_requested() const { return m_interrupted; }
 
 private:
   void send_state(const char *flag, bool value);

@@ -39,14 +39,14 @@ int source_sdc_file(Engine &engine, const std::string &path)
     engine.post(MessageKind::error, "VSTA-1301",
                 "SDC error in " + path + " line " + std::to_string(at) + ": " + message, subs);
   };
-  while (std::getline(in, line)) {
+  while (!engine.interrupt_requested() && std::getline(in, line)) {
     ++line_no;
     if (!input.pending())
       first_line = line_no;
     if (input.add(line))
       run(input.take(), first_line);
   }
-  if (input.pending())
+  if (input.pending() && !engine.interrupt_requested())
     run(input.take(), first_line);
   return errors;
 }
@@ -89,6 +89,8 @@ int read_sdc(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
   int total_errors = 0;
   std::string failed;
   for (const std::string &path : paths) {
+    if (engine.interrupt_requested())
+      break;
     engine.set_reading_sdc(true);
     int errors = source_sdc_file(engine, path);
     engine.set_reading_sdc(false);
@@ -98,9 +100,15 @@ int read_sdc(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
     if (errors > 0)
       failed += (failed.empty() ? "" : ", ") + path;
   }
+  // An interruption is taken here, which lifts the stop, so that the clocks
+  // made until then can still be listed for the front end.
+  bool interrupted = engine.take_interrupt();
   engine.set_sdc_loaded(true);
   engine.mark_stale();
   engine.sync_clocks();
+  if (interrupted)
+    return engine.tcl_error("read_sdc: interrupted by the user; the constraints read until "
+                            "then were applied");
   if (total_errors > 0)
     return engine.tcl_error("read_sdc: " + std::to_string(total_errors)
                             + " error(s) in " + failed + "; the other constraints were applied");

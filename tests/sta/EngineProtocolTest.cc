@@ -466,6 +466,32 @@ TEST_F(EngineSession, InterruptStopsARunawayCommand)
   EXPECT_EQ(hidden_texts(engine.command("expr 6*7")), Lines{"42"});
 }
 
+TEST_F(EngineSession, InterruptedReadSdcStopsAtOnceAndRegistersTheClocksMadeSoFar)
+{
+  open_with_netlist();
+  std::string sdc = "create_clock -name early -period 5 {clk}\n"
+                    "set ::t [clock milliseconds]; while {[clock milliseconds] - $::t < 20000} {}\n";
+  for (int i = 0; i < 200; ++i)
+    sdc += "set_load 0.01 [get_ports a]\n";
+  project.write("slow.sdc", sdc);
+  engine.send("read_sdc {" + project.path("slow.sdc") + "}");
+  Lines out;
+  for (int attempt = 0; attempt < 20; ++attempt) {
+    engine.interrupt();
+    out = engine.read_to_prompt(1.0);
+    if (!engine.timed_out())
+      break;
+  }
+  ASSERT_FALSE(engine.timed_out());
+  // The busy line fails; the lines after it are not even tried.
+  EXPECT_LE(lines_starting(out, "msg_post 0 error VSTA-1301 ").size(), 1u) << joined(out);
+  EXPECT_TRUE(contains(out, "lum_register_clock -name \"early\"")) << joined(out);
+  Lines failed = lines_starting(out, "msg_post 0 error VSTA-1100 ");
+  ASSERT_EQ(failed.size(), 1u) << joined(out);
+  EXPECT_NE(failed[0].find("interrupted by the user"), std::string::npos) << failed[0];
+  EXPECT_EQ(hidden_texts(engine.command("expr 6*7")), Lines{"42"});
+}
+
 TEST_F(EngineSession, ACrashInsideACommandIsAnInternalErrorAndTheEngineGoesOn)
 {
   open_with_netlist();
