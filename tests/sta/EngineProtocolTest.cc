@@ -33,6 +33,21 @@ std::string joined(const Lines &lines)
   return out;
 }
 
+// Interrupts the command just sent and reads its output. A signal that
+// arrives before the command runs is ignored, so it is repeated each second
+// until the prompt comes (or twenty tries time out).
+Lines interrupt_until_prompt(EngineDriver &engine)
+{
+  Lines out;
+  for (int attempt = 0; attempt < 20; ++attempt) {
+    engine.interrupt();
+    out = engine.read_to_prompt(1.0);
+    if (!engine.timed_out())
+      break;
+  }
+  return out;
+}
+
 // Every line the engine wrote must be a protocol line.
 void expect_only_protocol(const EngineDriver &engine)
 {
@@ -453,14 +468,7 @@ TEST_F(EngineSession, InterruptStopsARunawayCommand)
 {
   // A catch inside the loop must not swallow the interruption.
   engine.send("while 1 {catch {expr 1}}");
-  // A signal that arrives before the loop runs is ignored, so repeat it.
-  Lines out;
-  for (int attempt = 0; attempt < 20; ++attempt) {
-    engine.interrupt();
-    out = engine.read_to_prompt(1.0);
-    if (!engine.timed_out())
-      break;
-  }
+  Lines out = interrupt_until_prompt(engine);
   ASSERT_FALSE(engine.timed_out());
   ASSERT_EQ(lines_starting(out, "msg_post 0 error VSTA-1102 ").size(), 1u) << joined(out);
   EXPECT_EQ(hidden_texts(engine.command("expr 6*7")), Lines{"42"});
@@ -475,13 +483,7 @@ TEST_F(EngineSession, InterruptedReadSdcStopsAtOnceAndRegistersTheClocksMadeSoFa
     sdc += "set_load 0.01 [get_ports a]\n";
   project.write("slow.sdc", sdc);
   engine.send("read_sdc {" + project.path("slow.sdc") + "}");
-  Lines out;
-  for (int attempt = 0; attempt < 20; ++attempt) {
-    engine.interrupt();
-    out = engine.read_to_prompt(1.0);
-    if (!engine.timed_out())
-      break;
-  }
+  Lines out = interrupt_until_prompt(engine);
   ASSERT_FALSE(engine.timed_out());
   // The busy line fails; the lines after it are not even tried.
   EXPECT_LE(lines_starting(out, "msg_post 0 error VSTA-1301 ").size(), 1u) << joined(out);
