@@ -94,17 +94,16 @@ void set_prefixes(LUM_SORT_CHUNK* chunk, size_t skip) {
 
 bool lum_key_rows(const LUM_TABLE_SOURCE& source, int64_t first, int64_t last, int column, uint32_t chunk_index,
                   LUM_SORT_CHUNK* chunk, const std::atomic<bool>* cancel) {
-  std::vector<RDB_TABLE_ROW> rows;
+  std::vector<std::string> cells;
   chunk->items.reserve(chunk->items.size() + static_cast<size_t>(std::max<int64_t>(0, last - first)));
   for (int64_t at = first; at < last; at += FETCH_ROWS) {
     if (cancelled(cancel)) return false;
     const int count = static_cast<int>(std::min<int64_t>(FETCH_ROWS, last - at));
-    source.fetch(at, count, &rows);
+    source.fetch_column(at, count, column, &cells);
     for (int i = 0; i < count; ++i) {
       LUM_SORT_ITEM item;
       item.offset = static_cast<uint32_t>(chunk->keys.size());
-      if (i < static_cast<int>(rows.size()) && column >= 0 && column < static_cast<int>(rows[i].cells.size()))
-        lum_append_sort_key(rows[i].cells[column], &chunk->keys);
+      if (i < static_cast<int>(cells.size())) lum_append_sort_key(cells[i], &chunk->keys);
       item.length = static_cast<uint32_t>(chunk->keys.size() - item.offset);
       item.row = static_cast<uint32_t>(at + i);
       item.chunk = chunk_index;

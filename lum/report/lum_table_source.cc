@@ -18,6 +18,21 @@ std::string LUM_RDB_TABLE_SOURCE::column_title(int column) const {
   return column >= 0 && column < static_cast<int>(names.size()) ? names[column] : std::string();
 }
 
+void LUM_TABLE_SOURCE::fetch_column(int64_t first, int count, int column, std::vector<std::string>* cells) const {
+  std::vector<RDB_TABLE_ROW> rows;
+  fetch(first, count, &rows);
+  cells->clear();
+  for (RDB_TABLE_ROW& row : rows)
+    cells->push_back(column >= 0 && column < static_cast<int>(row.cells.size()) ? std::move(row.cells[column]) : std::string());
+}
+
+void LUM_RDB_TABLE_SOURCE::fetch_column(int64_t first, int count, int column, std::vector<std::string>* cells) const {
+  cells->clear();
+  if (!m_table || first < 0 || count <= 0 || first >= row_count()) return;
+  const int64_t last = std::min<int64_t>(row_count(), first + count);
+  for (int64_t row = first; row < last; ++row) cells->push_back(m_table->get_data(static_cast<int>(row + m_first_row), column));
+}
+
 void LUM_RDB_TABLE_SOURCE::fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const {
   rows->clear();
   if (!m_table || first < 0 || count <= 0 || first >= row_count()) return;
@@ -44,6 +59,16 @@ LUM_TABLE_SOURCE_FACTORY LUM_RDB_TABLE_SOURCE::thread_source_factory() const {
 
 LUM_MEMORY_TABLE_SOURCE::LUM_MEMORY_TABLE_SOURCE(std::vector<std::string> titles, std::vector<RDB_TABLE_ROW> rows)
     : m_titles(std::move(titles)), m_rows(std::make_shared<const std::vector<RDB_TABLE_ROW>>(std::move(rows))) {}
+
+void LUM_MEMORY_TABLE_SOURCE::fetch_column(int64_t first, int count, int column, std::vector<std::string>* cells) const {
+  cells->clear();
+  if (first < 0 || count <= 0 || first >= row_count()) return;
+  const int64_t last = std::min<int64_t>(row_count(), first + count);
+  for (int64_t row = first; row < last; ++row) {
+    const std::vector<std::string>& texts = (*m_rows)[static_cast<size_t>(row)].cells;
+    cells->push_back(column >= 0 && column < static_cast<int>(texts.size()) ? texts[column] : std::string());
+  }
+}
 
 LUM_TABLE_SOURCE_FACTORY LUM_MEMORY_TABLE_SOURCE::thread_source_factory() const {
   std::vector<std::string> titles = m_titles;

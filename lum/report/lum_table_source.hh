@@ -33,6 +33,9 @@ class LUM_TABLE_SOURCE {
   virtual std::string column_title(int column) const = 0;
   // Rows first .. first+count-1 (clipped to the table), cells and colours.
   virtual void fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const = 0;
+  // The texts of one column of rows first .. first+count-1 (clipped; cells a
+  // row lacks are empty). Sorting reads only this; the default takes whole rows.
+  virtual void fetch_column(int64_t first, int count, int column, std::vector<std::string>* cells) const;
   // The database row index of a row (row 0 of a titled table is row 1 of the database).
   virtual int64_t database_row(int64_t row) const { return row; }
   // A factory for sources that other threads read (the sort reads every
@@ -50,6 +53,8 @@ class LUM_RDB_TABLE_SOURCE : public LUM_TABLE_SOURCE {
   int64_t row_count() const override;
   std::string column_title(int column) const override;
   void fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const override;
+  // Cell by cell: the database copies out only the one text per row.
+  void fetch_column(int64_t first, int count, int column, std::vector<std::string>* cells) const override;
   int64_t database_row(int64_t row) const override { return row + m_first_row; }
   // Opens the database file again (a read-only snapshot of its own) and finds
   // the table by its path. A report that the engine has changed meanwhile
@@ -72,6 +77,7 @@ class LUM_MEMORY_TABLE_SOURCE : public LUM_TABLE_SOURCE {
   int64_t row_count() const override { return static_cast<int64_t>(m_rows->size()); }
   std::string column_title(int column) const override;
   void fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const override;
+  void fetch_column(int64_t first, int count, int column, std::vector<std::string>* cells) const override;
   // The rows never change, so other threads share them.
   LUM_TABLE_SOURCE_FACTORY thread_source_factory() const override;
 
