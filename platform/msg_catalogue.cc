@@ -50,9 +50,16 @@ MSG_CATALOGUE_ENTRY MSG_CATALOGUE_ENTRY::parse(const char* entry) {
                  {"O", MSG_BOX_KIND::OK},          {"I", MSG_BOX_KIND::INFORMATION},
                  {"E", MSG_BOX_KIND::ERROR}};
   const char* suffix = slash + 1;
+  // Identifiers are upper case, digits and "_": what follows the kind letters
+  // must be one, so that a path such as "/tmp/Example" stays text.
+  auto is_identifier = [](const char* id) {
+    for (; *id != '\0'; ++id)
+      if (!((*id >= 'A' && *id <= 'Z') || (*id >= '0' && *id <= '9') || *id == '_')) return false;
+    return true;
+  };
   for (const auto& kind : k_kinds) {
     size_t length = std::strlen(kind.letters);
-    if (std::strncmp(suffix, kind.letters, length) == 0) {
+    if (std::strncmp(suffix, kind.letters, length) == 0 && is_identifier(suffix + length)) {
       result.text.assign(entry, static_cast<size_t>(slash - entry));
       result.box = kind.box;
       result.id = suffix + length;

@@ -190,6 +190,9 @@ TEST(MsgCatalogue, EveryBoxKindIsParsedFromTheLastSlashAndInsertionsFillEveryMar
       {"Cannot open /tmp/x.sdc./ELUM_OPEN", "Cannot open /tmp/x.sdc.", MSG_BOX_KIND::ERROR,
        "LUM_OPEN"},
       {"Path /usr/lib only", "Path /usr/lib only", MSG_BOX_KIND::OK, ""},
+      // Kind letters followed by no identifier: a path, part of the text.
+      {"See /tmp/Example.txt", "See /tmp/Example.txt", MSG_BOX_KIND::OK, ""},
+      {"Copied to /work/Our design", "Copied to /work/Our design", MSG_BOX_KIND::OK, ""},
   };
   for (const CASE& c : cases) {
     MSG_CATALOGUE_ENTRY entry = MSG_CATALOGUE_ENTRY::parse(c.entry);
