@@ -77,6 +77,17 @@ QString flag_text(char flag) {
 
 LUM_DETACHED_FRAME* LUM_DETACHED_FRAME::m_instance = nullptr;
 
+namespace {
+std::string& engine_command_line() {
+  static std::string command_line;
+  return command_line;
+}
+}  // namespace
+
+void LUM_DETACHED_FRAME::set_engine_command_line(const std::string& command_line) {
+  engine_command_line() = command_line;
+}
+
 LUM_DETACHED_FRAME* LUM_DETACHED_FRAME::load_frame() {
   if (!MSG_ASSERT(LUM_DETACHED_FRAME::get_instance() == NULL, MODULE)) return m_instance;
   auto* frame = new LUM_DETACHED_FRAME();
@@ -194,6 +205,7 @@ bool LUM_DETACHED_FRAME::create_client() {
 
   // The Console bar at the bottom; its control starts the engine.
   m_console = new LUM_CONSOLE_CTRL(this);
+  if (!engine_command_line().empty()) m_console->set_engine_command_line(engine_command_line());
   m_console_view = new LUM_CONSOLE_VIEW(m_console);
   m_console_bar = new QDockWidget("Console", this);
   m_console_bar->setObjectName("Console");

@@ -57,6 +57,9 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   // the engine, waiting for its first prompt. Null when a frame exists already
   // or the engine cannot be started (after saying so).
   static LUM_DETACHED_FRAME* load_frame();
+  // The engine command line of the frames made from now on (empty: the
+  // console's default, vexa_sta next to the program). For tests.
+  static void set_engine_command_line(const std::string& command_line);
   ~LUM_DETACHED_FRAME() override;
 
   // Shows the frame: show_cmd -1 takes the command from the window (normal if

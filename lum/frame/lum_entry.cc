@@ -103,6 +103,8 @@ extern "C" int lum_save_screenshot_when_idle(const char* png_path) {
     if (*idle_ticks < 2) return;
     timer->stop();
     frame->grab().save(path, "PNG");
+    // A scripted run has no constraints of the user's to save.
+    frame->set_sdc_needs_saving(false);
     frame->close();
   });
   timer->start(250);

@@ -268,6 +268,19 @@ TEST_F(FrameTest, TheEngineEndingIsReportedAndClosesTheFrame) {
   EXPECT_EQ(m_boxes, std::vector<std::string>{"LUM_STA_EXITED"});
 }
 
+TEST_F(FrameTest, AnEngineThatCannotStartIsReportedAndNoFrameIsMade) {
+  cfg_set_override("lum_dont_startup_sta", "0");
+  // A program that does not exist, and one that ends before its first prompt.
+  for (const char* engine : {"\"/no/such/dir/vexa_sta\" --ipc_sh", "\"/bin/false\" --ipc_sh"}) {
+    LUM_DETACHED_FRAME::set_engine_command_line(engine);
+    EXPECT_EQ(LUM_DETACHED_FRAME::load_frame(), nullptr) << engine;
+    EXPECT_EQ(LUM_DETACHED_FRAME::get_instance(), nullptr);
+    EXPECT_EQ(lum_get_frame(), nullptr);
+  }
+  LUM_DETACHED_FRAME::set_engine_command_line("");
+  EXPECT_EQ(m_boxes, (std::vector<std::string>{"LUM_CANT_START_KRO", "LUM_CANT_START_KRO"}));
+}
+
 TEST_F(FrameTest, SdcFilesAndScriptsAreChosenAndSentQuoted) {
   make_frame(false);
   open_project_state();
