@@ -478,12 +478,19 @@ TEST_F(EngineSession, InterruptedReadSdcStopsAtOnceAndRegistersTheClocksMadeSoFa
 {
   open_with_netlist();
   std::string sdc = "create_clock -name early -period 5 {clk}\n"
+                    "puts busy; flush stdout\n"
                     "set ::t [clock milliseconds]; while {[clock milliseconds] - $::t < 20000} {}\n";
   for (int i = 0; i < 200; ++i)
     sdc += "set_load 0.01 [get_ports a]\n";
   project.write("slow.sdc", sdc);
   engine.send("read_sdc {" + project.path("slow.sdc") + "}");
-  Lines out = interrupt_until_prompt(engine);
+  // One signal, once the busy line is about to run.
+  std::string line;
+  while (engine.read_line(line, 30) && line != "echo_stdout  busy") {
+  }
+  ASSERT_EQ(line, "echo_stdout  busy");
+  engine.interrupt();
+  Lines out = engine.read_to_prompt(30);
   ASSERT_FALSE(engine.timed_out());
   // The busy line fails; the lines after it are not even tried.
   EXPECT_LE(lines_starting(out, "msg_post 0 error VSTA-1301 ").size(), 1u) << joined(out);
