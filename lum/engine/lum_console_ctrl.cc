@@ -353,9 +353,19 @@ void LUM_CONSOLE_CTRL::on_timer() {
   if (debug_waiting) emit debug_lines_ready();
   drain_lines();
 
-  if (m_thread != nullptr && m_exit_not_yet_reported && thr_thread_wait(m_thread, 1) &&
-      !m_display.get_internal_error_seen_event().is_posted()) {
+  if (m_thread != nullptr && m_exit_not_yet_reported && thr_thread_wait(m_thread, 1)) {
+    // Cleared first: a call-back run below may open a box whose event loop
+    // ticks this timer again, and the exit must be reported once.
     m_exit_not_yet_reported = false;
+    // The reader posted everything the engine printed before it ended; it is
+    // run and shown now, whatever the drain budget, because the exit report
+    // closes the frame and lines still queued would be lost.
+    atcl_flush_queue(1, 0);
+    while (m_display.has_lines()) drain_lines();
+    if (m_display.get_internal_error_seen_event().is_posted()) {
+      m_exit_not_yet_reported = true;  // reported once the internal error has been shown
+      return;
+    }
     QMetaObject::invokeMethod(this, &LUM_CONSOLE_CTRL::on_kro_exited, Qt::QueuedConnection);
   }
 }

@@ -17,6 +17,8 @@
 // tick, the first line queued into an empty display schedules a drain soon
 // after (so prompts show at once); a drain that used up its budget lets the
 // next one wait a budget's length, so a flood never freezes the window.
+// When the engine has ended, the exit watch first runs and drains all it
+// printed, so its last lines are on the console before the exit is reported.
 #pragma once
 
 #include <QObject>

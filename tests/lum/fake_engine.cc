@@ -15,6 +15,7 @@
 //   flood N           print N lines "echo_stdout  line<i>", then the prompt
 //   sleep MS          wait, then the prompt
 //   die               exit with status 7 at once, without a prompt
+//   die N             print N lines "echo_stdout  line<i>", then die
 //   partial A|B       print A, flush, wait 100 ms, print B "\n", then the prompt
 //   blank line        the prompt only
 //   anything else     print "echo_stdout  ran", then the prompt
@@ -91,7 +92,9 @@ int main(int argc, char** argv) {
     } else if (line.rfind("sleep ", 0) == 0) {
       sleep_ms(atol(line.c_str() + 6));
       prompt();
-    } else if (line == "die") {
+    } else if (line == "die" || line.rfind("die ", 0) == 0) {
+      long count = line.size() > 4 ? atol(line.c_str() + 4) : 0;
+      for (long i = 0; i < count; ++i) std::printf("echo_stdout  line%ld\n", i);
       std::fflush(stdout);
       _exit(7);
     } else if (line.rfind("partial ", 0) == 0) {
