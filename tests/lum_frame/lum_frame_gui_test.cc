@@ -239,7 +239,7 @@ TEST_F(FrameTest, UnsavedConstraintsAreAskedAboutOnceOnClose) {
   m_frame->close_project();
   EXPECT_EQ(m_boxes, std::vector<std::string>{"LUM_PROMPT_TO_WRITE_SDC"});
   EXPECT_FALSE(m_frame->get_sdc_needs_saving());
-  ASSERT_TRUE(wait_until([this] { return !console()->is_busy(); }, 5000));
+  ASSERT_TRUE(wait_until([this] { return !console()->is_busy(); }, 30000));
   m_frame->close_project();
   EXPECT_EQ(m_boxes.size(), 1u) << "answering No clears the reminder";
 }
@@ -392,7 +392,7 @@ TEST_F(FrameTest, TheEditLineSendsCommandsAndWalksTheHistory) {
     ASSERT_NE(edit, nullptr) << command;
     edit->setText(command);
     QTest::keyClick(edit, Qt::Key_Return);
-    ASSERT_TRUE(wait_until([this] { return !console()->is_busy(); }, 5000));
+    ASSERT_TRUE(wait_until([this] { return !console()->is_busy(); }, 30000));
   }
   // Every start is listed in the History tab; the arrow-key history keeps repeats once.
   ASSERT_EQ(history()->entry_count(), 4);
@@ -451,7 +451,7 @@ TEST_F(FrameTest, DebugMessagesGetTheirOwnTab) {
   ASSERT_NE(m_frame->get_console_view()->get_debug_tab(), nullptr);
   EXPECT_EQ(m_frame->get_console_view()->tabText(2), "vexa_lumex.exe debug messages");
   m_frame->open_project(path("design").c_str());
-  ASSERT_TRUE(wait_until([this] { return !m_frame->get_console_view()->get_debug_tab()->toPlainText().isEmpty(); }, 3000));
+  ASSERT_TRUE(wait_until([this] { return !m_frame->get_console_view()->get_debug_tab()->toPlainText().isEmpty(); }, 10000));
   EXPECT_TRUE(m_frame->get_console_view()->get_debug_tab()->toPlainText().contains("assuming project extension is .vpf"));
 }
 
