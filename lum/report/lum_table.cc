@@ -159,17 +159,20 @@ bool LUM_TABLE::load_rdb_table(RDB_OBJECT* object) {
   return true;
 }
 
+bool LUM_TABLE::load_text_rows(const std::string& title, std::vector<RDB_TABLE_ROW> rows) {
+  const bool has_rows = !rows.empty();
+  setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  load_source(std::make_unique<LUM_MEMORY_TABLE_SOURCE>(std::vector<std::string>{title}, std::move(rows)), false);
+  horizontalHeader()->setStretchLastSection(true);
+  return has_rows;
+}
+
 bool LUM_TABLE::load_rdb_text(RDB_OBJECT* object) {
   auto* text_object = dynamic_cast<RDB_TEXT_OBJECT*>(object);
   if (!MSG_ASSERT(text_object != nullptr, "lum_table")) return false;
   std::vector<RDB_TABLE_ROW> rows;
   for (std::string& line : lum_split_text_rows(text_object->get_text())) rows.push_back(RDB_TABLE_ROW{{std::move(line)}, {}});
-  const bool has_rows = !rows.empty();
-  setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-  load_source(std::make_unique<LUM_MEMORY_TABLE_SOURCE>(std::vector<std::string>{object->get_name()}, std::move(rows)),
-              false);
-  horizontalHeader()->setStretchLastSection(true);
-  return has_rows;
+  return load_text_rows(object->get_name(), std::move(rows));
 }
 
 bool LUM_TABLE::load_rdb_embedded_text(RDB_OBJECT* object) {
@@ -193,12 +196,7 @@ bool LUM_TABLE::load_rdb_embedded_text(RDB_OBJECT* object) {
     for (char c : line) row += c == '\t' ? std::string("    ") : std::string(1, c);
     rows.push_back(RDB_TABLE_ROW{{std::move(row)}, {}});
   }
-  const bool has_rows = !rows.empty();
-  setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-  load_source(std::make_unique<LUM_MEMORY_TABLE_SOURCE>(std::vector<std::string>{object->get_name()}, std::move(rows)),
-              false);
-  horizontalHeader()->setStretchLastSection(true);
-  return has_rows;
+  return load_text_rows(object->get_name(), std::move(rows));
 }
 
 void LUM_TABLE::fit_columns(int extra_pixels) {

@@ -111,6 +111,9 @@ class LUM_TABLE : public QTableView {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  // Texts and embedded files: one untitled, fixed-pitch column named title;
+  // false when there are no rows.
+  bool load_text_rows(const std::string& title, std::vector<RDB_TABLE_ROW> rows);
   // The selected view rows in selection order (each once).
   std::vector<int> selected_rows() const;
   void fit_columns(int extra_pixels);
