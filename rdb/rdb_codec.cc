@@ -23,16 +23,13 @@ CREATE TABLE rdb_object(
   kind INTEGER NOT NULL,
   name TEXT NOT NULL,
   enabled INTEGER NOT NULL DEFAULT 1,
-  properties TEXT NOT NULL DEFAULT '');
+  properties TEXT NOT NULL DEFAULT '',
+  titles BLOB,
+  inline_rows BLOB);
 CREATE INDEX rdb_object_by_panel ON rdb_object(panel_id);
 CREATE TABLE rdb_text(
   object_id INTEGER PRIMARY KEY,
   body TEXT NOT NULL);
-CREATE TABLE rdb_column(
-  object_id INTEGER NOT NULL,
-  col INTEGER NOT NULL,
-  title TEXT NOT NULL,
-  PRIMARY KEY(object_id, col)) WITHOUT ROWID;
 CREATE TABLE rdb_command(
   object_id INTEGER NOT NULL,
   cmd INTEGER NOT NULL,
@@ -42,6 +39,16 @@ CREATE TABLE rdb_command(
 CREATE TABLE rdb_row_page(
   page_key INTEGER PRIMARY KEY,
   rows BLOB NOT NULL);
+)sql";
+
+const char* const RDB_UPGRADE_1_TO_2_SQL = R"sql(
+ALTER TABLE rdb_object ADD COLUMN titles BLOB;
+ALTER TABLE rdb_object ADD COLUMN inline_rows BLOB;
+)sql";
+
+const char* const RDB_UPGRADE_1_TO_2_FINISH_SQL = R"sql(
+DROP TABLE rdb_column;
+PRAGMA user_version = 2;
 )sql";
 
 void put_varint(std::string& out, uint64_t value) {
@@ -90,6 +97,34 @@ struct READER {
   }
 };
 }  // namespace
+
+std::string encode_titles(const std::vector<std::string>& titles) {
+  std::string out;
+  put_varint(out, titles.size());
+  for (const std::string& title : titles) {
+    put_varint(out, title.size());
+    out += title;
+  }
+  return out;
+}
+
+bool decode_titles(std::string_view blob, std::vector<std::string>& titles) {
+  READER in{reinterpret_cast<const unsigned char*>(blob.data()),
+            reinterpret_cast<const unsigned char*>(blob.data()) + blob.size()};
+  uint64_t count = in.varint();
+  if (!in.ok || count > blob.size())
+    return false;
+  titles.clear();
+  titles.reserve(count);
+  for (uint64_t i = 0; i < count; ++i) {
+    uint64_t size = in.varint();
+    if (!in.ok || size > static_cast<uint64_t>(in.end - in.p))
+      return false;
+    titles.emplace_back(reinterpret_cast<const char*>(in.p), size);
+    in.p += size;
+  }
+  return in.p == in.end;
+}
 
 void encode_row(std::string& out, const std::string_view* cells, size_t cell_count,
                 size_t columns, const RDB_CELL_COLOR* colors, size_t color_count) {

@@ -16,12 +16,24 @@ namespace rdb_internal {
 // PRAGMA application_id of every report database ("CRDB").
 constexpr int32_t RDB_APPLICATION_ID = 0x43524442;
 // PRAGMA user_version: the schema version this library writes and the
-// highest it reads.
-constexpr int RDB_SCHEMA_VERSION = 1;
+// highest it reads. Version 1 kept column titles as one rdb_column row per
+// column and every table's rows in rdb_row_page; version 2 packs the titles
+// into rdb_object.titles and keeps a small one-page table's rows in
+// rdb_object.inline_rows. Readers read both; the writer upgrades a version 1
+// file in place before it writes.
+constexpr int RDB_SCHEMA_VERSION = 2;
+// A table whose rows fit in one page blob of at most this many bytes keeps
+// them in its object row: a path panel's many small tables then cost one
+// insert each instead of two.
+constexpr size_t RDB_INLINE_ROWS_BYTES = 4096;
 // Rows per stored page unless the writer is told otherwise.
 constexpr int RDB_DEFAULT_PAGE_ROWS = 256;
 
 extern const char* const RDB_SCHEMA_SQL;
+// Turns a version 1 file into version 2, minus the moving of the titles,
+// which the writer does row by row between the two halves.
+extern const char* const RDB_UPGRADE_1_TO_2_SQL;
+extern const char* const RDB_UPGRADE_1_TO_2_FINISH_SQL;
 
 // Row pages live in one rowid table; the rowid packs the table object's id
 // and the page number, so a page is one b-tree lookup and a table's pages are
@@ -38,6 +50,11 @@ void encode_row(std::string& out, const std::string_view* cells, size_t cell_cou
 // blob is malformed.
 bool decode_page(std::string_view blob, size_t columns, std::vector<RDB_TABLE_ROW>& rows);
 void put_varint(std::string& out, uint64_t value);
+// Column titles packed into one blob: a varint count, then per title a
+// varint byte length and the UTF-8 bytes. Decoding returns false for a
+// malformed blob.
+std::string encode_titles(const std::vector<std::string>& titles);
+bool decode_titles(std::string_view blob, std::vector<std::string>& titles);
 
 // Object properties are stored as "key=value" lines; "\" and newlines in
 // values are escaped as "\\" and "\n".

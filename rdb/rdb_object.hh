@@ -140,6 +140,8 @@ private:
   std::vector<std::string> m_columns;
   int64_t m_data_rows = 0;
   int m_page_rows = 1;
+  // The rows are one page stored in the object row, not in rdb_row_page.
+  bool m_inline_rows = false;
   int m_cache_pages = 8;
   struct PAGE {
     int64_t number;

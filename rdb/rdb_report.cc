@@ -179,8 +179,14 @@ void RDB_REPORT::load(const OPTIONS& options) {
   std::vector<LINK> links;
   std::unordered_map<int64_t, RDB_OBJECT*> by_id;
   {
-    SQL_STATEMENT objects(db, "SELECT object_id, panel_id, parent_id, position, kind, name, "
-                              "enabled, properties FROM rdb_object");
+    // Version 1 files keep titles in rdb_column (read below) and every row
+    // in rdb_row_page.
+    bool packed = m_schema_version >= 2;
+    SQL_STATEMENT objects(db, packed ? "SELECT object_id, panel_id, parent_id, position, kind, "
+                                       "name, enabled, properties, titles, "
+                                       "inline_rows IS NOT NULL FROM rdb_object"
+                                     : "SELECT object_id, panel_id, parent_id, position, kind, "
+                                       "name, enabled, properties FROM rdb_object");
     while (objects.step()) {
       auto panel = panel_index.find(objects.column_int(1));
       if (panel == panel_index.end())
@@ -194,6 +200,12 @@ void RDB_REPORT::load(const OPTIONS& options) {
         table->m_data_rows = std::max<int64_t>(0, table->property_int("rows"));
         table->m_page_rows = static_cast<int>(
             std::max<int64_t>(1, table->property_int("page_rows", RDB_DEFAULT_PAGE_ROWS)));
+        if (packed) {
+          if (!decode_titles(objects.column_blob(8), table->m_columns))
+            throw RDB_ERROR(m_file, "the file is damaged (the column titles of \"" +
+                                        object->m_name + "\" are malformed)");
+          table->m_inline_rows = objects.column_int(9) != 0;
+        }
       }
       by_id[object->m_object_id] = object;
       links.push_back(LINK{object, panel->second,
@@ -218,7 +230,7 @@ void RDB_REPORT::load(const OPTIONS& options) {
     parent->m_children.push_back(link.object);
   }
 
-  {
+  if (m_schema_version < 2) {
     SQL_STATEMENT columns(db, "SELECT object_id, title FROM rdb_column ORDER BY object_id, col");
     while (columns.step()) {
       auto it = by_id.find(columns.column_int(0));
@@ -244,6 +256,9 @@ void RDB_REPORT::load(const OPTIONS& options) {
                                                      "WHERE page_key = ?");
   m_text_query = std::make_unique<SQL_STATEMENT>(db, "SELECT body FROM rdb_text "
                                                      "WHERE object_id = ?");
+  if (m_schema_version >= 2)
+    m_inline_query = std::make_unique<SQL_STATEMENT>(db, "SELECT inline_rows FROM rdb_object "
+                                                         "WHERE object_id = ?");
 }
 
 void RDB_REPORT::record_error(const std::string& message) {
@@ -253,19 +268,26 @@ void RDB_REPORT::record_error(const std::string& message) {
 
 bool RDB_REPORT::read_page(const RDB_TABLE_OBJECT& table, int64_t page,
                            std::vector<RDB_TABLE_ROW>& rows) {
+  SQL_STATEMENT* query = m_page_query.get();
   try {
-    m_page_query->reset();
-    m_page_query->bind(1, page_key(table.get_object_id(), page));
-    bool found = m_page_query->step();
-    bool ok = found && decode_page(m_page_query->column_blob(0), table.m_columns.size(), rows);
-    m_page_query->reset();
+    if (table.m_inline_rows && m_inline_query) {
+      query = m_inline_query.get();
+      query->reset();
+      query->bind(1, table.get_object_id());
+    } else {
+      query->reset();
+      query->bind(1, page_key(table.get_object_id(), page));
+    }
+    bool found = query->step() && !query->column_is_null(0);
+    bool ok = found && decode_page(query->column_blob(0), table.m_columns.size(), rows);
+    query->reset();
     if (!ok)
       record_error(RDB_ERROR(m_file, "the file is damaged (rows of \"" + table.get_path() +
                                          "\" are " + (found ? "malformed" : "missing") + ")")
                        .what());
     return ok;
   } catch (const RDB_ERROR& error) {
-    m_page_query->reset();
+    query->reset();
     record_error(error.what());
     return false;
   }

@@ -23,6 +23,8 @@ struct OBJECT_STATE {
   std::vector<std::string> columns;
   std::vector<RDB_TCL_COMMAND> commands;
   std::optional<std::string> text;
+  // The rows of a small one-page table, stored in the object row itself.
+  std::optional<std::string> inline_rows;
   int children = 0;
   TABLE_STATE* table = nullptr;
 };
@@ -37,7 +39,9 @@ struct TABLE_STATE {
   int rows_in_page = 0;
   std::string buffer;
   std::string blob;
-  void flush();
+  // Stores the rows buffered so far as a page. The last flush of a table
+  // that never filled a page keeps a small page in the object instead.
+  void flush(bool last = false);
 };
 
 struct PANEL_STATE {
@@ -52,12 +56,18 @@ struct PANEL_STATE {
   std::optional<SQL_STATEMENT> insert_page;
 };
 
-void TABLE_STATE::flush() {
+void TABLE_STATE::flush(bool last) {
   if (rows_in_page == 0)
     return;
   blob.clear();
   put_varint(blob, static_cast<uint64_t>(rows_in_page));
   blob += buffer;
+  if (last && page == 0 && blob.size() <= RDB_INLINE_ROWS_BYTES) {
+    object->inline_rows = blob;
+    rows_in_page = 0;
+    buffer.clear();
+    return;
+  }
   panel->insert_page->bind(1, page_key(object->id, page));
   panel->insert_page->bind_blob(2, blob.data(), blob.size());
   panel->insert_page->run();
@@ -372,7 +382,7 @@ void RDB_PANEL_WRITER::commit() {
                                          "\" lacks its \"" + part + "\"");
     }
     for (const auto& table : panel.tables) {
-      table->flush();
+      table->flush(true);
       table->object->properties["rows"] = std::to_string(table->rows);
       table->object->properties["page_rows"] = std::to_string(table->page_rows);
     }
@@ -396,13 +406,12 @@ void RDB_PANEL_WRITER::commit() {
     int64_t panel_id = db.last_insert_rowid();
 
     SQL_STATEMENT insert_object(db, "INSERT INTO rdb_object(object_id, panel_id, parent_id, "
-                                    "position, kind, name, enabled, properties) "
-                                    "VALUES(?, ?, ?, ?, ?, ?, ?, ?)");
-    SQL_STATEMENT insert_column(db, "INSERT INTO rdb_column(object_id, col, title) "
-                                    "VALUES(?, ?, ?)");
+                                    "position, kind, name, enabled, properties, titles, "
+                                    "inline_rows) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
     SQL_STATEMENT insert_command(db, "INSERT INTO rdb_command(object_id, cmd, gui_name, template) "
                                      "VALUES(?, ?, ?, ?)");
     SQL_STATEMENT insert_text(db, "INSERT INTO rdb_text(object_id, body) VALUES(?, ?)");
+    std::string titles;
     for (const auto& object : panel.objects) {
       insert_object.bind(1, object->id).bind(2, panel_id);
       if (object->parent_id)
@@ -413,11 +422,18 @@ void RDB_PANEL_WRITER::commit() {
           .bind(5, object->kind)
           .bind(6, object->name)
           .bind(7, object->enabled ? 1 : 0)
-          .bind(8, encode_properties(object->properties))
-          .run();
-      for (size_t c = 0; c < object->columns.size(); ++c)
-        insert_column.bind(1, object->id).bind(2, static_cast<int64_t>(c))
-            .bind(3, object->columns[c]).run();
+          .bind(8, encode_properties(object->properties));
+      if (object->table) {
+        titles = encode_titles(object->columns);
+        insert_object.bind_blob(9, titles.data(), titles.size());
+      } else {
+        insert_object.bind_null(9);
+      }
+      if (object->inline_rows)
+        insert_object.bind_blob(10, object->inline_rows->data(), object->inline_rows->size());
+      else
+        insert_object.bind_null(10);
+      insert_object.run();
       for (size_t i = 0; i < object->commands.size(); ++i)
         insert_command.bind(1, object->id).bind(2, static_cast<int64_t>(i))
             .bind(3, object->commands[i].gui_name)
@@ -496,8 +512,50 @@ void RDB_WRITER::create_or_check() {
       throw RDB_ERROR(m_file, "holds a report of type " + std::to_string(type) + ", not " +
                                   std::to_string(m_report_type));
     db.exec("PRAGMA journal_mode=WAL");
+    if (version < RDB_SCHEMA_VERSION)
+      upgrade_schema();
   }
   db.exec("PRAGMA synchronous=NORMAL");
+  // A large panel is written in one transaction; a cache that holds it
+  // spares SQLite spilling pages to the log before the commit.
+  db.exec("PRAGMA cache_size=-65536");
+}
+
+void RDB_WRITER::upgrade_schema() {
+  SQL_DATABASE& db = *m_db;
+  db.exec("BEGIN IMMEDIATE");
+  try {
+    // Another writer may have upgraded the file since it was checked.
+    if (db.query_int("PRAGMA user_version") == 1) {
+      db.exec(RDB_UPGRADE_1_TO_2_SQL);
+      SQL_STATEMENT titles(db, "SELECT object_id, title FROM rdb_column ORDER BY object_id, col");
+      SQL_STATEMENT update(db, "UPDATE rdb_object SET titles = ? WHERE object_id = ?");
+      int64_t object_id = -1;
+      std::vector<std::string> columns;
+      auto store = [&] {
+        if (object_id < 0)
+          return;
+        std::string blob = encode_titles(columns);
+        update.bind_blob(1, blob.data(), blob.size()).bind(2, object_id).run();
+      };
+      while (titles.step()) {
+        int64_t id = titles.column_int(0);
+        if (id != object_id) {
+          store();
+          object_id = id;
+          columns.clear();
+        }
+        columns.push_back(titles.column_text(1));
+      }
+      store();
+      titles.reset();
+      db.exec(RDB_UPGRADE_1_TO_2_FINISH_SQL);
+    }
+    db.exec("COMMIT");
+  } catch (...) {
+    sqlite3_exec(db.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    throw;
+  }
 }
 
 RDB_PANEL_WRITER RDB_WRITER::begin_panel(const std::string& name, const std::string& command) {
@@ -540,22 +598,26 @@ void RDB_WRITER::in_transaction(const std::function<void()>& work) {
 
 void RDB_WRITER::delete_panel_data(int64_t panel_id) {
   SQL_DATABASE& db = *m_db;
-  std::vector<int64_t> ids;
+  // A panel's objects are numbered consecutively when it is committed (one
+  // writer at a time, under the write lock), so its pages, commands and texts
+  // are each one range of keys.
+  int64_t first = 0, last = -1;
   {
-    SQL_STATEMENT objects(db, "SELECT object_id FROM rdb_object WHERE panel_id = ?");
-    objects.bind(1, panel_id);
-    while (objects.step())
-      ids.push_back(objects.column_int(0));
+    SQL_STATEMENT range(db, "SELECT min(object_id), max(object_id) FROM rdb_object "
+                            "WHERE panel_id = ?");
+    range.bind(1, panel_id);
+    if (range.step() && !range.column_is_null(0)) {
+      first = range.column_int(0);
+      last = range.column_int(1);
+    }
   }
-  SQL_STATEMENT pages(db, "DELETE FROM rdb_row_page WHERE page_key BETWEEN ? AND ?");
-  SQL_STATEMENT columns(db, "DELETE FROM rdb_column WHERE object_id = ?");
-  SQL_STATEMENT commands(db, "DELETE FROM rdb_command WHERE object_id = ?");
-  SQL_STATEMENT texts(db, "DELETE FROM rdb_text WHERE object_id = ?");
-  for (int64_t id : ids) {
-    pages.bind(1, page_key(id, 0)).bind(2, page_key(id, 0xffffffffLL)).run();
-    columns.bind(1, id).run();
-    commands.bind(1, id).run();
-    texts.bind(1, id).run();
+  if (first <= last) {
+    SQL_STATEMENT pages(db, "DELETE FROM rdb_row_page WHERE page_key BETWEEN ? AND ?");
+    pages.bind(1, page_key(first, 0)).bind(2, page_key(last, 0xffffffffLL)).run();
+    SQL_STATEMENT commands(db, "DELETE FROM rdb_command WHERE object_id BETWEEN ? AND ?");
+    commands.bind(1, first).bind(2, last).run();
+    SQL_STATEMENT texts(db, "DELETE FROM rdb_text WHERE object_id BETWEEN ? AND ?");
+    texts.bind(1, first).bind(2, last).run();
   }
   SQL_STATEMENT objects(db, "DELETE FROM rdb_object WHERE panel_id = ?");
   objects.bind(1, panel_id).run();

@@ -177,6 +177,8 @@ public:
 private:
   friend class RDB_PANEL_WRITER;
   void create_or_check();
+  // Brings a file of an older schema up to the current one.
+  void upgrade_schema();
   void delete_panel_data(int64_t panel_id);
   void in_transaction(const std::function<void()>& work);
 

@@ -83,7 +83,7 @@ TEST_F(RDB_BAD_FILE_TEST, BadFilesAreRefusedByReaderAndWriterAndLeftUntouched) {
            RDB_WRITER writer(f, RDB_TIMING_REPORT);
            write_table_panel(writer, "A", 1);
          }
-         run_sql(f, "PRAGMA user_version=2");
+         run_sql(f, "PRAGMA user_version=99");
        },
        "newer version"},
   };
@@ -145,6 +145,33 @@ TEST_F(RDB_BAD_FILE_TEST, RowsDamagedAfterOpeningReadAsEmptyAndTheErrorIsKept) {
   EXPECT_EQ(rows[3].cells, (std::vector<std::string>{"", ""}));
   EXPECT_NE(report->get_error().find("damaged"), std::string::npos) << report->get_error();
   EXPECT_NE(report->get_error().find(m_file), std::string::npos);
+}
+
+TEST_F(RDB_BAD_FILE_TEST, DamagedSmallTablesKeptInTheirObjectRowReadAsEmpty) {
+  {
+    RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+    write_table_panel(writer, "A", 3);
+    write_table_panel(writer, "B", 3);
+  }
+  run_sql(m_file, "UPDATE rdb_object SET inline_rows = x'05ff' WHERE name = 'A'");
+  auto report = RDB_REPORT::open(m_file);
+  auto* damaged = dynamic_cast<RDB_TABLE_OBJECT*>(report->find_object("A"));
+  auto* intact = dynamic_cast<RDB_TABLE_OBJECT*>(report->find_object("B"));
+  ASSERT_TRUE(damaged && intact);
+  EXPECT_EQ(intact->get_data(3, 0), "r2");
+  EXPECT_EQ(report->get_error(), "");
+  EXPECT_EQ(damaged->get_data(1, 0), "");
+  EXPECT_NE(report->get_error().find("damaged"), std::string::npos) << report->get_error();
+
+  // Malformed titles make the whole file unreadable rather than misaligned.
+  report.reset();
+  run_sql(m_file, "UPDATE rdb_object SET titles = x'0905' WHERE name = 'B'");
+  try {
+    RDB_REPORT::open(m_file);
+    ADD_FAILURE() << "opened";
+  } catch (const RDB_ERROR& error) {
+    EXPECT_NE(std::string(error.what()).find("damaged"), std::string::npos) << error.what();
+  }
 }
 
 TEST_F(RDB_BAD_FILE_TEST, ALockedFileGivesALockErrorNotAWait) {

@@ -29,8 +29,12 @@ protected:
                          const std::string& command = "") {
     RDB_PANEL_WRITER panel = writer.begin_panel(name, command);
     RDB_TABLE_WRITER table = panel.add_table("", RDB_KIND_TABLE, {"Name", "Index"});
-    for (int i = 0; i < rows; ++i)
-      table.add_row({"r" + std::to_string(i), std::to_string(i)});
+    for (int i = 0; i < rows; ++i) {
+      std::string index = std::to_string(i);
+      std::string name = "r";
+      name += index;
+      table.add_row({name, index});
+    }
     panel.commit();
   }
 

@@ -193,13 +193,14 @@ TEST_F(RDB_WRITER_TEST, EachPanelRemembersTheCommandThatMadeIt) {
 TEST_F(RDB_WRITER_TEST, DeletingPanelsRemovesThemAndTheirRows) {
   RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
   write_table_panel(writer, "A", 1000);
-  write_table_panel(writer, "B", 1);
+  write_table_panel(writer, "B", 300);
   write_table_panel(writer, "C", 1);
   EXPECT_TRUE(writer.delete_panel("A"));
   EXPECT_FALSE(writer.delete_panel("A"));
   EXPECT_EQ(panel_names(writer.list_panels()), (std::vector<std::string>{"B", "C"}));
   {
-    // No row page of the deleted table is left behind: B and C have one each.
+    // No row page of the deleted table is left behind: B has two, C keeps its
+    // single small page in its object row.
     sqlite3* db = nullptr;
     ASSERT_EQ(sqlite3_open_v2(m_file.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
     sqlite3_stmt* count = nullptr;
@@ -221,6 +222,58 @@ TEST_F(RDB_WRITER_TEST, DeletingPanelsRemovesThemAndTheirRows) {
   EXPECT_TRUE(writer.list_panels().empty());
   auto report = RDB_REPORT::open(m_file);
   EXPECT_EQ(report->get_main_folder()->get_number_of_children(), 0);
+}
+
+// Version 1 files kept titles as rows of rdb_column and every table's rows in
+// rdb_row_page. Such a file is made from a current one by moving the data
+// back; it must read the same, and a writer must upgrade it before writing.
+TEST_F(RDB_WRITER_TEST, AVersionOneFileIsReadAndUpgradedByTheWriter) {
+  {
+    RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+    write_table_panel(writer, "Big", 300);
+    write_table_panel(writer, "Small", 3);
+  }
+  {
+    rdb_internal::SQL_DATABASE db(m_file, true, false, 1000);
+    db.exec("BEGIN;"
+            "CREATE TABLE rdb_column(object_id INTEGER NOT NULL, col INTEGER NOT NULL, "
+            "  title TEXT NOT NULL, PRIMARY KEY(object_id, col)) WITHOUT ROWID;"
+            "INSERT INTO rdb_column SELECT object_id, 0, 'Name' FROM rdb_object;"
+            "INSERT INTO rdb_column SELECT object_id, 1, 'Index' FROM rdb_object;"
+            "INSERT INTO rdb_row_page SELECT object_id << 32, inline_rows FROM rdb_object "
+            "  WHERE inline_rows IS NOT NULL;"
+            "ALTER TABLE rdb_object DROP COLUMN titles;"
+            "ALTER TABLE rdb_object DROP COLUMN inline_rows;"
+            "PRAGMA user_version = 1;"
+            "COMMIT");
+  }
+  auto check = [](const RDB_REPORT& report, const char* panel, int rows) {
+    SCOPED_TRACE(panel);
+    auto* table = dynamic_cast<RDB_TABLE_OBJECT*>(report.find_object(panel));
+    ASSERT_NE(table, nullptr);
+    EXPECT_EQ(table->get_column_names(), (std::vector<std::string>{"Name", "Index"}));
+    EXPECT_EQ(table->get_number_of_data_rows(), rows);
+    EXPECT_EQ(table->get_data(rows, 0), "r" + std::to_string(rows - 1));
+    EXPECT_EQ(report.get_error(), "");
+  };
+  {
+    auto report = RDB_REPORT::open(m_file);
+    check(*report, "Big", 300);
+    check(*report, "Small", 3);
+  }
+  {
+    RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+    write_table_panel(writer, "New", 2);
+    write_table_panel(writer, "Big", 1);  // the old panel's pages go
+  }
+  auto report = RDB_REPORT::open(m_file);
+  check(*report, "Small", 3);
+  check(*report, "New", 2);
+  check(*report, "Big", 1);
+  rdb_internal::SQL_DATABASE db(m_file, false, false, 1000);
+  EXPECT_EQ(db.query_int("PRAGMA user_version"), 2);
+  EXPECT_EQ(db.query_int("SELECT count(*) FROM sqlite_schema WHERE name = 'rdb_column'"), 0);
+  EXPECT_EQ(db.query_int("SELECT count(*) FROM rdb_row_page"), 1);  // Small's, from version 1
 }
 
 TEST_F(RDB_WRITER_TEST, AValueSqliteRefusesToBindIsAnErrorNotANull) {
