@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <unordered_map>
 
 using namespace rdb_internal;
 
@@ -51,7 +52,8 @@ struct PANEL_STATE {
   int page_rows = RDB_DEFAULT_PAGE_ROWS;
   int64_t next_id = 1;
   std::vector<std::unique_ptr<OBJECT_STATE>> objects;
-  std::map<std::string, OBJECT_STATE*> by_path;
+  // Looked up several times per object added: hashed, not ordered.
+  std::unordered_map<std::string, OBJECT_STATE*> by_path;
   std::vector<std::unique_ptr<TABLE_STATE>> tables;
   std::optional<SQL_STATEMENT> insert_page;
 };
