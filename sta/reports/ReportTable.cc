@@ -3,6 +3,7 @@
 #include "rdb/rdb_writer.hh"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -103,9 +104,12 @@ std::string format_time(double value)
 {
   if (!std::isfinite(value))
     return value > 0 ? "inf" : "-inf";
-  char text[64];
-  std::snprintf(text, sizeof text, "%.3f", value);
-  std::string result = text;
+  // Hundreds of thousands of times per large report: std::to_chars gives the
+  // same text as printf's "%.3f" without the locale and format parsing.
+  // 320 characters hold any finite double in this form.
+  char text[320];
+  auto [end, error] = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, 3);
+  std::string result(text, error == std::errc() ? end : text);
   if (result == "-0.000")
     result = "0.000";
   return result;
