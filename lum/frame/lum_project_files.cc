@@ -66,8 +66,15 @@ bool lum_read_setting_lines(const std::string& path, std::vector<LUM_PROJECT_SET
     LUM_PROJECT_SETTING s;
     s.key = lower(trim(text.substr(0, eq)));
     s.value = trim(text.substr(eq + 1));
-    if (s.value.size() >= 2 && s.value.front() == '"' && s.value.back() == '"')
-      s.value = s.value.substr(1, s.value.size() - 2);
+    if (s.value.size() >= 2 && s.value.front() == '"' && s.value.back() == '"') {
+      // Inside the quotes \" and \\ stand for " and \.
+      const std::string quoted = s.value.substr(1, s.value.size() - 2);
+      s.value.clear();
+      for (size_t i = 0; i < quoted.size(); ++i) {
+        if (quoted[i] == '\\' && i + 1 < quoted.size() && (quoted[i + 1] == '"' || quoted[i + 1] == '\\')) ++i;
+        s.value += quoted[i];
+      }
+    }
     s.line = number;
     settings->push_back(std::move(s));
   }
@@ -191,8 +198,16 @@ LUM_PROJECT_OPEN_PLAN lum_plan_project_open(const std::string& picked_path) {
 bool lum_create_project_file_for_revision(const std::string& vpf_path, const std::string& revision) {
   std::ofstream out(vpf_path);
   if (!out) return false;
-  const bool plain = revision.find_first_of(" \t\"") == std::string::npos;
-  const std::string value = plain ? revision : "\"" + revision + "\"";
+  // Quoted (with \" and \\ inside) whenever the name would not read back as it stands.
+  const bool plain = !revision.empty() && revision.find_first_of(" \t\"\\") == std::string::npos;
+  std::string value = plain ? revision : "\"";
+  if (!plain) {
+    for (char c : revision) {
+      if (c == '"' || c == '\\') value += '\\';
+      value += c;
+    }
+    value += '"';
+  }
   out << "# Project file made by the Chronel Timing Analyzer for the revision " << revision << ".\n"
       << "project_name = " << value << "\n"
       << "revision = " << value << "\n";

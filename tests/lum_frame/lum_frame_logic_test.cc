@@ -241,6 +241,22 @@ TEST_F(ProjectFiles, ALoneSettingsFileGetsAProjectFileOfItsOwn) {
   EXPECT_FALSE(lum_plan_project_open(path("rev2.vsf")).create_project_file);
 }
 
+TEST_F(ProjectFiles, AMadeProjectFileReadsBackEveryRevisionNameExactly) {
+  for (const std::string revision : {"rev2", "my rev", " lead", "q\"uote", "back\\slash", "\"both\\\""}) {
+    ASSERT_TRUE(lum_create_project_file_for_revision(path("made.vpf"), revision));
+    LUM_PROJECT_FILE project;
+    ASSERT_TRUE(lum_read_project_file(path("made.vpf"), &project));
+    EXPECT_EQ(project.project_name, revision);
+    EXPECT_EQ(project.revisions, std::vector<std::string>{revision});
+  }
+  // Written by hand: the escapes inside quotes are undone, a backslash before
+  // any other character stays.
+  write("hand.vpf", "project_name = \"a \\\"b\\\\\\n\"\n");
+  LUM_PROJECT_FILE project;
+  ASSERT_TRUE(lum_read_project_file(path("hand.vpf"), &project));
+  EXPECT_EQ(project.project_name, "a \"b\\\\n");
+}
+
 TEST_F(ProjectFiles, BadProjectsAreRefusedWithTheirOwnMessage) {
   write("empty.vpf", "project_name = empty\n");
   write("lost.vpf", "project_name = lost\nrevision = lost\n");
