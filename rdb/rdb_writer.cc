@@ -21,7 +21,8 @@ struct OBJECT_STATE {
   std::string path;  // relative to the panel
   bool enabled = true;
   std::map<std::string, std::string> properties;
-  std::vector<std::string> columns;
+  // A table's column titles, packed as stored (see encode_titles).
+  std::string titles;
   std::vector<RDB_TCL_COMMAND> commands;
   std::optional<std::string> text;
   // The rows of a small one-page table, stored in the object row itself.
@@ -65,7 +66,8 @@ void TABLE_STATE::flush(bool last) {
   put_varint(blob, static_cast<uint64_t>(rows_in_page));
   blob += buffer;
   if (last && page == 0 && blob.size() <= RDB_INLINE_ROWS_BYTES) {
-    object->inline_rows = blob;
+    object->inline_rows = std::move(blob);
+    blob.clear();
     rows_in_page = 0;
     buffer.clear();
     return;
@@ -228,7 +230,7 @@ RDB_TABLE_WRITER RDB_PANEL_WRITER::start_table(const std::vector<std::string>& c
                                                bool titled) {
   PANEL_STATE& panel = *m_state;
   OBJECT_STATE* object = panel.objects.back().get();  // the table just added
-  object->columns = titled ? columns : std::vector<std::string>(columns.size());
+  object->titles = encode_titles(titled ? columns : std::vector<std::string>(columns.size()));
   auto table = std::make_unique<TABLE_STATE>();
   table->panel = &panel;
   table->object = object;
@@ -413,7 +415,6 @@ void RDB_PANEL_WRITER::commit() {
     SQL_STATEMENT insert_command(db, "INSERT INTO rdb_command(object_id, cmd, gui_name, template) "
                                      "VALUES(?, ?, ?, ?)");
     SQL_STATEMENT insert_text(db, "INSERT INTO rdb_text(object_id, body) VALUES(?, ?)");
-    std::string titles;
     for (const auto& object : panel.objects) {
       insert_object.bind(1, object->id).bind(2, panel_id);
       if (object->parent_id)
@@ -426,8 +427,7 @@ void RDB_PANEL_WRITER::commit() {
           .bind(7, object->enabled ? 1 : 0)
           .bind(8, encode_properties(object->properties));
       if (object->table) {
-        titles = encode_titles(object->columns);
-        insert_object.bind_blob(9, titles.data(), titles.size());
+        insert_object.bind_blob(9, object->titles.data(), object->titles.size());
       } else {
         insert_object.bind_null(9);
       }
