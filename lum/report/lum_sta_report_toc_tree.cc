@@ -64,10 +64,11 @@ void LUM_TOC_MODEL::set_rows(std::vector<LUM_TOC_ROW> rows) {
 
 void LUM_TOC_MODEL::disable_all() {
   for (LUM_TOC_ROW& row : m_rows) row.out_of_date = true;
-  if (!m_rows.empty()) {
-    emit dataChanged(index_of_row(0), index_of_row(static_cast<int>(m_rows.size()) - 1));
-    // dataChanged covers one parent at a time in views; a layout change repaints all.
-    emit layoutChanged();
+  // A change announcement spans the children of one parent only, and the
+  // layout does not change, so every row is announced on its own.
+  for (int i = 0; i < static_cast<int>(m_rows.size()); ++i) {
+    const QModelIndex changed = index_of_row(i);
+    emit dataChanged(changed, changed);
   }
 }
 

@@ -262,8 +262,21 @@ TEST_F(LumReportBrowser, DisableAllHappensOnlyWhenTheNetlistIsStaleAndConstraint
   tree->set_sdc_needs_saving(true);
   tree->update_status();
   EXPECT_FALSE(tree->is_out_of_date(0));  // the netlist is still up to date
+  // The model keeps its contract with the view: a change spans one parent's
+  // children, and a layout change is announced before it happens.
+  int spans_across_parents = 0, unannounced_layouts = 0, announced_layouts = 0;
+  QObject::connect(tree->model(), &QAbstractItemModel::dataChanged,
+                   [&](const QModelIndex& first, const QModelIndex& last) {
+                     if (first.parent() != last.parent()) ++spans_across_parents;
+                   });
+  QObject::connect(tree->model(), &QAbstractItemModel::layoutAboutToBeChanged, [&] { ++announced_layouts; });
+  QObject::connect(tree->model(), &QAbstractItemModel::layoutChanged, [&] {
+    if (announced_layouts-- == 0) ++unannounced_layouts;
+  });
   frame.set_state_flag(LUM_STATE_FLAG::NETLIST_IS_UP_TO_DATE, '0');
   browser->update_status(true);
+  EXPECT_EQ(spans_across_parents, 0);
+  EXPECT_EQ(unannounced_layouts, 0);
   for (int i = 0; i < tree->get_row_count(); ++i) EXPECT_TRUE(tree->is_out_of_date(i));
   // The open page was re-opened with the watermark.
   ASSERT_NE(shown_table(top()), nullptr);
