@@ -338,6 +338,8 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
 
   if (!with_points)
     return record;
+  // One row per expanded point plus the clock edge and network rows.
+  record.arrival_points.reserve(expanded.size() + 2);
 
   auto point_row = [&](sta::PathRef *path, sta::TimingArc *arc, bool clock_path) {
     PathPointRecord row;
