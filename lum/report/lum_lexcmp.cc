@@ -20,7 +20,9 @@ int64_t read_number(const char** text, const char* end, int64_t* length) {
   const char* p = *text;
   int64_t value = 0;
   while (p < end && is_digit(*p)) {
-    if (value < NUMBER_LIMIT) value = value * 10 + (*p - '0');
+    // Checked before multiplying: a run of nineteen digits would overflow.
+    const int digit = *p - '0';
+    value = value > (NUMBER_LIMIT - digit) / 10 ? NUMBER_LIMIT : value * 10 + digit;
     ++p;
   }
   if (value > NUMBER_LIMIT) value = NUMBER_LIMIT;

@@ -47,6 +47,19 @@ TEST(LumLexcmp, ComparesNumbersByValueTextBeforeNumbersAndSignPerString) {
   for (const LEXCMP_CASE& c : cases) EXPECT_EQ(lum_lexcmp(c.a, c.b), c.expected) << c.a << " vs " << c.b;
 }
 
+TEST(LumLexcmp, DigitRunsBeyondSixtyFourBitsSaturateInsteadOfWrapping) {
+  // Nineteen and more digits: larger than any smaller number, in the
+  // comparison and in the sort keys alike.
+  const char* const huge[] = {"9999999999999999999", "123456789012345678901234567890"};
+  for (const char* a : huge) {
+    EXPECT_GT(lum_lexcmp(a, "1"), 0) << a;
+    EXPECT_GT(lum_sort_key(a).compare(lum_sort_key("1")), 0) << a;
+    const std::string negative = std::string("-") + a;
+    EXPECT_LT(lum_lexcmp(negative.c_str(), "-1"), 0) << negative;
+    EXPECT_LT(lum_sort_key(negative).compare(lum_sort_key("-1")), 0) << negative;
+  }
+}
+
 TEST(LumLexcmp, SortKeysOrderExactlyLikeTheComparison) {
   std::mt19937 random(12345);
   const std::string alphabet = "-0123456789aZ_./ \xe9";
