@@ -11,22 +11,6 @@ using namespace vexa::test;
 
 namespace {
 
-struct BatchCase
-{
-  const char *script;
-  int status;
-};
-
-int run_script(const TestProject &project, const std::string &script,
-               std::vector<std::string> extra = {})
-{
-  project.write("script.tcl", script);
-  std::vector<std::string> args{"-t", project.path("script.tcl")};
-  args.insert(args.end(), extra.begin(), extra.end());
-  EngineDriver engine(args);
-  return engine.finish();
-}
-
 // Runs vexa_sta through the shell (stdin empty unless arguments redirect
 // it); returns stdout and stderr together.
 std::string output_of(const std::string &arguments, int &status)
@@ -77,14 +61,19 @@ TEST(EngineBatch, MissingScriptIsNamedNotAnOlderError)
   EXPECT_EQ(out.rfind("Error: couldn't read file \"/nonexistent/run.tcl\"", 0), 0u) << out;
 }
 
-TEST(EngineBatch, ProjectNamedBeforeTheScriptIsOpenFirst)
+TEST(EngineBatch, ProjectNamedBeforeTheScriptIsOpenFirstAndTextIsPlain)
 {
   TestProject project;
-  project.write("run.tcl", "create_timing_netlist\nputs \"cells [llength [get_cells *]]\"\n");
+  project.write("run.tcl", "create_timing_netlist\nputs \"cells [llength [get_cells *]]\"\n"
+                           "read_sdc\nreport_checks\n");
   int status = 0;
   std::string out = output_of(project.vpf() + " -t " + project.path("run.tcl"), status);
   EXPECT_EQ(status, 0) << out;
   EXPECT_NE(out.find("cells 5"), std::string::npos) << out;
+  EXPECT_NE(out.find("slack (MET)"), std::string::npos) << out;
+  // Plain mode prints text as it is: no protocol lines.
+  EXPECT_EQ(out.find("echo_stdout"), std::string::npos) << out;
+  EXPECT_EQ(out.find("lum_"), std::string::npos) << out;
   // A project that cannot be opened stops the run before the script.
   out = output_of(project.path("none.vpf") + " -t " + project.path("run.tcl"), status);
   EXPECT_EQ(status, 1);
@@ -95,32 +84,18 @@ TEST(EngineBatch, ProjectNamedBeforeTheScriptIsOpenFirst)
 TEST(EngineBatch, ExitStatusFollowsTheScript)
 {
   TestProject project;
-  const BatchCase cases[] = {
+  const std::pair<const char *, int> cases[] = {
     {"puts hello\n", 0},
     {"exit 3\n", 3},
     {"error boom\n", 1},
     {"if {$argc != 2 || [lindex $argv 1] ne \"two\"} {exit 4}\n", 0},
   };
-  for (const BatchCase &c : cases)
-    EXPECT_EQ(run_script(project, c.script, {"one", "two"}), c.status) << c.script;
-}
-
-TEST(EngineBatch, ScriptCanOpenAProjectAndReportTiming)
-{
-  TestProject project;
-  project.write("run.tcl", "project_open {" + project.vpf() + "}\n"
-                           "create_timing_netlist\nread_sdc\n"
-                           "report_checks\n");
-  EngineDriver engine({"-t", project.path("run.tcl")});
-  std::string all;
-  std::string line;
-  while (engine.read_line(line))
-    all += line + "\n";
-  EXPECT_EQ(engine.finish(), 0);
-  EXPECT_NE(all.find("slack (MET)"), std::string::npos) << all;
-  // Plain mode prints text as it is: no protocol lines.
-  EXPECT_EQ(all.find("echo_stdout"), std::string::npos);
-  EXPECT_EQ(all.find("lum_"), std::string::npos);
+  for (const auto &[script, expected] : cases) {
+    project.write("script.tcl", script);
+    int status = 0;
+    output_of("-t " + project.path("script.tcl") + " one two", status);
+    EXPECT_EQ(status, expected) << script;
+  }
 }
 
 TEST(EngineInteractive, PipedInputGetsPlainPromptsAndResults)

@@ -59,6 +59,10 @@ TEST(ProjectFile, ReadsRevisionsInOrderWithTheFirstAsDefault)
   // Without project_name the project is named after its file.
   ASSERT_TRUE(read_project_file(dir.write("unnamed.vpf", "revision = r\n"), project, error));
   EXPECT_EQ(project.name, "unnamed");
+  // A byte order mark before the first key is ignored.
+  ASSERT_TRUE(read_project_file(dir.write("bom.vpf", "\xEF\xBB\xBFproject_name = p\nrevision = r\n"),
+                                project, error)) << error;
+  EXPECT_EQ(project.name, "p");
 }
 
 TEST(ProjectFile, MalformedFilesNameTheLineAndReason)
@@ -89,16 +93,6 @@ TEST(ProjectFile, MalformedFilesNameTheLineAndReason)
   std::filesystem::create_directory(dir.dir() + "/folder.vpf");
   EXPECT_FALSE(read_project_file(dir.dir() + "/folder.vpf", project, error));
   EXPECT_NE(error.find("folder.vpf: not a file"), std::string::npos) << error;
-}
-
-TEST(ProjectFile, AByteOrderMarkBeforeTheFirstKeyIsIgnored)
-{
-  TempDir dir;
-  ProjectFile project;
-  std::string error;
-  ASSERT_TRUE(read_project_file(dir.write("bom.vpf", "\xEF\xBB\xBFproject_name = p\nrevision = r\n"),
-                                project, error)) << error;
-  EXPECT_EQ(project.name, "p");
 }
 
 TEST(RevisionSettings, ReadsEveryKeyWithPathsRelativeToTheProject)
@@ -172,22 +166,20 @@ TEST(RevisionSettings, MalformedSettingsNameTheLineAndReason)
   }
 }
 
-TEST(DeviceFamilies, ShippedFileDescribesTheOsuFamily)
+TEST(DeviceFamilies, ShippedFileNamesExistingLibrariesWithTheNextFasterAsFastModel)
 {
   DeviceFamilies families;
   std::string error;
   ASSERT_TRUE(families.load(std::string(CHRONEL_MISC_DIR) + "/device_families.txt", error))
     << error;
-  const DeviceFamily *osu = families.find("osu");
+  const DeviceFamily *osu = families.find("osu");  // names match in any case
   ASSERT_NE(osu, nullptr);
-  EXPECT_TRUE(osu->rise_fall);
-  ASSERT_EQ(osu->grades.size(), 3u);
-  EXPECT_EQ(osu->grades[0].name, "050");
   for (const SpeedGrade &grade : osu->grades) {
     EXPECT_TRUE(std::filesystem::exists(grade.slow_liberty)) << grade.slow_liberty;
     EXPECT_TRUE(std::filesystem::exists(grade.fast_liberty)) << grade.fast_liberty;
   }
   // The fast model of a grade is the next faster library.
+  ASSERT_TRUE(osu->find_grade("050") && osu->find_grade("035") && osu->find_grade("018"));
   EXPECT_EQ(osu->find_grade("050")->fast_liberty, osu->find_grade("035")->slow_liberty);
   EXPECT_EQ(osu->find_grade("018")->fast_liberty, osu->find_grade("018")->slow_liberty);
   EXPECT_EQ(families.find("nosuch"), nullptr);
