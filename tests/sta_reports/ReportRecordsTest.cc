@@ -65,13 +65,6 @@ TEST(ReportArgs, NumbersAreChecked)
                ReportError);
 }
 
-TEST(PanelName, RefusesQuotesSeparatorsAndEmptyNames)
-{
-  EXPECT_NO_THROW(check_panel_name("Summary (Setup)"));
-  for (const char *bad : {"", "a\"b", "a||b"})
-    EXPECT_THROW(check_panel_name(bad), ReportError) << bad;
-}
-
 TEST(HistogramBins, SpanTheDataAndCountEveryValueOnce)
 {
   std::vector<double> values = {-1.0, -0.5, 0.0, 0.25, 1.0};
@@ -132,8 +125,6 @@ TEST(Constraints, SplitIntoOptionsValueAndTargetsWithoutEvaluating)
   EXPECT_EQ(parse_constraint("create_generated_clock -source [get_ports c] -divide_by 2 x")
               .options[0].second,
             "[get_ports c]");
-  EXPECT_EQ(constraint_table_title("set_multicycle_path"), "Multicycle Paths");
-  EXPECT_EQ(constraint_table_title("set_disable_timing"), "Other Constraints");
 }
 
 TEST(PathPoints, InterconnectRowsFoldIntoTheNextCellUnlessRoutingIsShown)
