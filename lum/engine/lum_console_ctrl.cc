@@ -61,6 +61,7 @@ LUM_CONSOLE_CTRL::~LUM_CONSOLE_CTRL() {
 // ---- engine process -----------------------------------------------------------
 
 bool LUM_CONSOLE_CTRL::startup() {
+  m_awaiting_continuation = false;
   m_display.discard_all();
   m_model.clear();
   set_kro_is_busy(true);
@@ -172,7 +173,9 @@ void LUM_CONSOLE_CTRL::run_command(const std::string& command, std::vector<std::
   if (hidden_result != nullptr) {
     text += '\n';
     if (!MSG_ASSERT(m_ipc_object != NULL, MODULE)) return;
-    if (m_busy) {
+    // While the engine waits for the rest of a command, a hidden command
+    // would become part of it and the prompt it waits for would never come.
+    if (m_busy || m_awaiting_continuation) {
       msg_show_catalogue_message(LUM_MSG_STA_IS_BUSY);
       return;
     }
@@ -276,6 +279,7 @@ int LUM_CONSOLE_CTRL::add_one_line(const LUM_KRO_OUTPUT_LINE* line) {
     case LUM_KRO_OUTPUT_MESSAGE:
       return m_model.insert_message(line->get_msg());
     case LUM_KRO_OUTPUT_TCL_PROMPT: {
+      m_awaiting_continuation = false;
       int row = m_model.add_prompt_row(LUM_KRO_OUTPUT_TCL_PROMPT);
       set_kro_is_busy(false);
       if (frame) {
@@ -286,6 +290,7 @@ int LUM_CONSOLE_CTRL::add_one_line(const LUM_KRO_OUTPUT_LINE* line) {
       return row;
     }
     case LUM_KRO_OUTPUT_TCL_CONT_PROMPT: {
+      m_awaiting_continuation = true;
       int row = m_model.add_prompt_row(LUM_KRO_OUTPUT_TCL_CONT_PROMPT);
       set_kro_is_busy(false);
       return row;

@@ -88,7 +88,8 @@ class LUM_CONSOLE_CTRL : public QObject {
   // The one way to the engine. Without a result vector the command is queued,
   // shown and put in the history; with one it runs hidden and synchronously
   // and *hidden_result receives the engine's text lines (refused with
-  // LUM_MSG_STA_IS_BUSY while busy). A final "\n" and then "\r" are dropped.
+  // LUM_MSG_STA_IS_BUSY while busy or while the engine waits for the rest of
+  // a command). A final "\n" and then "\r" are dropped.
   void run_command(const std::string& command, std::vector<std::string>* hidden_result = nullptr);
   // Starts the next queued command if any ("clear" and "exit" are handled here).
   void run_next_command();
@@ -181,6 +182,8 @@ class LUM_CONSOLE_CTRL : public QObject {
   MSG_REPORT m_report;
   LUM_CONSOLE_MODEL m_model;
   bool m_busy = false;
+  // The engine's last prompt was "> ": it waits for the rest of a command.
+  bool m_awaiting_continuation = false;
   bool m_exit_not_yet_reported = true;
   bool m_interactive = false;
   bool m_has_focus = false;

@@ -113,7 +113,9 @@ void LUM_IPC_OBJECT::process_line(const std::string& line) {
         }
       }
       if (m_hidden_result) m_hidden_result->push_back(std::move(text));
-    } else if (starts_with(line, "tcl> ", 5)) {
+    } else if (starts_with(line, "tcl> ", 5) || starts_with(line, "> ", 2)) {
+      // A continuation prompt ends the wait too: the engine is waiting for
+      // input, so no other prompt would come and the window would hang.
       m_hidden_done.post();
     } else if (starts_with(line, m_ie_prefix)) {
       if (m_hidden_result) {

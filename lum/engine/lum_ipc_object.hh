@@ -49,8 +49,9 @@ class LUM_IPC_OBJECT : public IPC_COMMAND {
   int write_to_stdin(const char* text, size_t length) override;
 
   // Runs text (ending in "\n") hidden: sets hidden mode, points the hidden
-  // result at *result, writes, and waits until the engine's next prompt (or an
-  // engine internal error, or the end of the engine process). Returns false
+  // result at *result, writes, and waits until the engine's next prompt or
+  // continuation prompt (or an engine internal error, or the end of the
+  // engine process). Returns false
   // when the engine had already ended or the write failed.
   bool write_to_stdin_hidden(const char* text, std::vector<std::string>* result);
 

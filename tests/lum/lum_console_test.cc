@@ -210,6 +210,30 @@ TEST_F(ConsoleWithScriptedEngine, HiddenCommandWhileBusyIsRefusedWithTheCatalogu
   EXPECT_EQ(received(), (std::vector<std::string>{"sleep 300"}));
 }
 
+TEST_F(ConsoleWithScriptedEngine, HiddenCommandIsRefusedWhileTheEngineWaitsForTheRestOfACommand) {
+  ASSERT_TRUE(start());
+  ASSERT_TRUE(settle());
+  console->run_command("rawnp > ");  // the engine now waits for more input
+  ASSERT_TRUE(settle());
+  EXPECT_FALSE(console->is_busy());  // the user may type the rest
+  std::vector<std::string> result{"untouched"};
+  console->run_command("names", &result);
+  EXPECT_EQ(boxes.ids, (std::vector<std::string>{"LUM_STA_IS_BUSY"}));
+  EXPECT_EQ(result, (std::vector<std::string>{"untouched"}));
+  // Once the command is complete, hidden commands run again.
+  console->run_command("rest");
+  ASSERT_TRUE(settle());
+  result.clear();
+  console->run_command("names", &result);
+  EXPECT_EQ(result, (std::vector<std::string>{"ran"}));
+  EXPECT_EQ(received(), (std::vector<std::string>{"rawnp > ", "rest", "names"}));
+  // A hidden command that is itself incomplete returns at the continuation
+  // prompt instead of waiting for ever.
+  result.clear();
+  console->run_command("rawnp > ", &result);
+  EXPECT_TRUE(result.empty());
+}
+
 TEST_F(ConsoleWithScriptedEngine, HiddenCommandReturnsWhenTheEngineDies) {
   ASSERT_TRUE(start());
   ASSERT_TRUE(settle());
