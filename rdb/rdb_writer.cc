@@ -4,6 +4,7 @@
 #include "rdb/rdb_sqlite.hh"
 #include "rdb/rdb_tcl_cmd.hh"
 
+#include <deque>
 #include <filesystem>
 #include <optional>
 #include <unordered_map>
@@ -20,7 +21,10 @@ struct OBJECT_STATE {
   std::string name;
   std::string path;  // relative to the panel
   bool enabled = true;
-  std::map<std::string, std::string> properties;
+  // Packed as stored (see encode_properties): a map per object cost more to
+  // build and free than the rest of the object. A table's "rows" and
+  // "page_rows" are merged in when the panel is committed.
+  std::string properties;
   // A table's column titles, packed as stored (see encode_titles).
   std::string titles;
   std::vector<RDB_TCL_COMMAND> commands;
@@ -52,7 +56,8 @@ struct PANEL_STATE {
   std::string command;
   int page_rows = RDB_DEFAULT_PAGE_ROWS;
   int64_t next_id = 1;
-  std::vector<std::unique_ptr<OBJECT_STATE>> objects;
+  // A deque keeps the objects in place without one allocation each.
+  std::deque<OBJECT_STATE> objects;
   // Looked up several times per object added: hashed, not ordered.
   std::unordered_map<std::string, OBJECT_STATE*> by_path;
   std::vector<std::unique_ptr<TABLE_STATE>> tables;
@@ -163,7 +168,7 @@ void RDB_PANEL_WRITER::abandon() {
 }
 
 int64_t RDB_PANEL_WRITER::add_object(const std::string& where, int kind,
-                                     std::map<std::string, std::string> properties) {
+                                     std::string properties) {
   if (!m_writer)
     throw RDB_ERROR("", "object added to a panel that was already committed or abandoned");
   PANEL_STATE& panel = *m_state;
@@ -173,7 +178,7 @@ int64_t RDB_PANEL_WRITER::add_object(const std::string& where, int kind,
 
   auto create = [&](const std::string& path, const std::string& name, int object_kind,
                     OBJECT_STATE* parent) {
-    auto object = std::make_unique<OBJECT_STATE>();
+    OBJECT_STATE* object = &panel.objects.emplace_back();
     object->id = panel.next_id++;
     object->kind = object_kind;
     object->name = name;
@@ -182,10 +187,8 @@ int64_t RDB_PANEL_WRITER::add_object(const std::string& where, int kind,
       object->parent_id = parent->id;
       object->position = parent->children++;
     }
-    OBJECT_STATE* raw = object.get();
-    panel.objects.push_back(std::move(object));
-    panel.by_path[path] = raw;
-    return raw;
+    panel.by_path[path] = object;
+    return object;
   };
 
   OBJECT_STATE* parent = nullptr;
@@ -229,7 +232,7 @@ int64_t RDB_PANEL_WRITER::add_object(const std::string& where, int kind,
 RDB_TABLE_WRITER RDB_PANEL_WRITER::start_table(const std::vector<std::string>& columns,
                                                bool titled) {
   PANEL_STATE& panel = *m_state;
-  OBJECT_STATE* object = panel.objects.back().get();  // the table just added
+  OBJECT_STATE* object = &panel.objects.back();  // the table just added
   object->titles = encode_titles(titled ? columns : std::vector<std::string>(columns.size()));
   auto table = std::make_unique<TABLE_STATE>();
   table->panel = &panel;
@@ -254,19 +257,19 @@ void RDB_PANEL_WRITER::add_folder(const std::string& where) {
 }
 
 void RDB_PANEL_WRITER::add_text(const std::string& where, const std::string& text, bool html) {
-  add_object(where, RDB_KIND_TEXT, {{"html", html ? "1" : "0"}});
-  m_state->objects.back()->text = text;
+  add_object(where, RDB_KIND_TEXT, html ? "html=1\n" : "html=0\n");
+  m_state->objects.back().text = text;
 }
 
 void RDB_PANEL_WRITER::add_legal_notice(const std::string& where, const std::string& text) {
   add_object(where, RDB_KIND_LEGAL_NOTICE, {});
-  m_state->objects.back()->text = text;
+  m_state->objects.back().text = text;
 }
 
 void RDB_PANEL_WRITER::add_embedded(const std::string& where, int embedded_type,
                                     const std::string& info) {
   add_object(where, RDB_KIND_EMBEDDED,
-             {{"embedded_type", std::to_string(embedded_type)}, {"info", info}});
+             encode_properties({{"embedded_type", std::to_string(embedded_type)}, {"info", info}}));
 }
 
 RDB_TABLE_WRITER RDB_PANEL_WRITER::add_table(const std::string& where, int kind,
@@ -294,7 +297,7 @@ RDB_TABLE_WRITER RDB_PANEL_WRITER::add_tcl_table(const std::string& where,
   }
   require_columns(where, columns);
   add_object(where, RDB_KIND_TCL_TABLE, {});
-  m_state->objects.back()->commands = commands;
+  m_state->objects.back().commands = commands;
   return start_table(columns, true);
 }
 
@@ -302,9 +305,9 @@ void RDB_PANEL_WRITER::add_chart_table(const std::string& where, const std::stri
                                        const std::string& y_axis, int default_chart_type,
                                        const std::vector<std::pair<std::string, long long>>& rows) {
   add_object(where, RDB_KIND_CHART_TABLE,
-                          {{"x_axis", x_axis},
-                           {"y_axis", y_axis},
-                           {"chart_type", std::to_string(default_chart_type)}});
+             encode_properties({{"x_axis", x_axis},
+                                {"y_axis", y_axis},
+                                {"chart_type", std::to_string(default_chart_type)}}));
   RDB_TABLE_WRITER table = start_table({x_axis, y_axis}, true);
   for (const auto& [label, count] : rows)
     table.add_row({std::string_view(label), std::string_view(std::to_string(count))});
@@ -315,10 +318,10 @@ void RDB_PANEL_WRITER::add_histogram(const std::string& where, const std::string
                                      const std::string& x_unit,
                                      const std::vector<RDB_HISTOGRAM_BIN>& bins) {
   add_object(where, RDB_KIND_HISTOGRAM,
-                          {{"x_label", x_label},
-                           {"y_label", y_label},
-                           {"x_scale", std::to_string(x_scale == 0 ? 1 : x_scale)},
-                           {"x_unit", x_unit}});
+             encode_properties({{"x_label", x_label},
+                                {"y_label", y_label},
+                                {"x_scale", std::to_string(x_scale == 0 ? 1 : x_scale)},
+                                {"x_unit", x_unit}}));
   RDB_TABLE_WRITER table = start_table({"From", "To", "Count"}, true);
   for (const RDB_HISTOGRAM_BIN& bin : bins) {
     std::string from = format_double(bin.from), to = format_double(bin.to),
@@ -332,8 +335,12 @@ void RDB_PANEL_WRITER::add_histogram(const std::string& where, const std::string
 }
 
 void RDB_PANEL_WRITER::add_path(const std::string& where, double slack_ns, bool violated) {
-  add_object(where, RDB_KIND_PATH,
-             {{"slack", format_double(slack_ns)}, {"violated", violated ? "1" : "0"}});
+  // Keys in the order encode_properties writes them; a formatted number
+  // needs no escapes.
+  std::string properties = "slack=";
+  properties += format_double(slack_ns);
+  properties += violated ? "\nviolated=1\n" : "\nviolated=0\n";
+  add_object(where, RDB_KIND_PATH, std::move(properties));
 }
 
 static std::string path_child(const std::string& path_where, const char* name) {
@@ -375,7 +382,8 @@ void RDB_PANEL_WRITER::commit() {
   try {
     if (!panel.by_path.count(""))
       throw RDB_ERROR(db.file(), "panel \"" + panel.name + "\" is empty");
-    for (const auto& object : panel.objects) {
+    for (const OBJECT_STATE& entry : panel.objects) {
+      const OBJECT_STATE* object = &entry;
       if (object->kind != RDB_KIND_PATH)
         continue;
       for (const char* part : {RDB_PATH_SUMMARY_NAME, RDB_PATH_CHART_NAME, RDB_PATH_ARRIVAL_NAME,
@@ -387,8 +395,17 @@ void RDB_PANEL_WRITER::commit() {
     }
     for (const auto& table : panel.tables) {
       table->flush(true);
-      table->object->properties["rows"] = std::to_string(table->rows);
-      table->object->properties["page_rows"] = std::to_string(table->page_rows);
+      std::string& properties = table->object->properties;
+      if (properties.empty()) {
+        // Most tables have no other property: "page_rows" sorts before "rows".
+        properties.append("page_rows=").append(std::to_string(table->page_rows));
+        properties.append("\nrows=").append(std::to_string(table->rows)).append("\n");
+      } else {
+        std::map<std::string, std::string> merged = decode_properties(properties);
+        merged["rows"] = std::to_string(table->rows);
+        merged["page_rows"] = std::to_string(table->page_rows);
+        properties = encode_properties(merged);
+      }
     }
 
     int64_t position = 0;
@@ -415,7 +432,8 @@ void RDB_PANEL_WRITER::commit() {
     SQL_STATEMENT insert_command(db, "INSERT INTO rdb_command(object_id, cmd, gui_name, template) "
                                      "VALUES(?, ?, ?, ?)");
     SQL_STATEMENT insert_text(db, "INSERT INTO rdb_text(object_id, body) VALUES(?, ?)");
-    for (const auto& object : panel.objects) {
+    for (const OBJECT_STATE& entry : panel.objects) {
+      const OBJECT_STATE* object = &entry;
       insert_object.bind(1, object->id).bind(2, panel_id);
       if (object->parent_id)
         insert_object.bind(3, object->parent_id);
@@ -425,7 +443,7 @@ void RDB_PANEL_WRITER::commit() {
           .bind(5, object->kind)
           .bind(6, object->name)
           .bind(7, object->enabled ? 1 : 0)
-          .bind(8, encode_properties(object->properties));
+          .bind(8, object->properties);
       if (object->table) {
         insert_object.bind_blob(9, object->titles.data(), object->titles.size());
       } else {

@@ -124,8 +124,8 @@ public:
 private:
   friend class RDB_WRITER;
   RDB_PANEL_WRITER(RDB_WRITER* writer, const std::string& name, const std::string& command);
-  int64_t add_object(const std::string& where, int kind,
-                     std::map<std::string, std::string> properties);
+  // `properties` are packed as stored (see encode_properties).
+  int64_t add_object(const std::string& where, int kind, std::string properties);
   void require_columns(const std::string& where, const std::vector<std::string>& columns) const;
   // Starts the rows of the table object added last.
   RDB_TABLE_WRITER start_table(const std::vector<std::string>& columns, bool titled);
