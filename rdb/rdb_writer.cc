@@ -58,8 +58,9 @@ struct PANEL_STATE {
   int64_t next_id = 1;
   // A deque keeps the objects in place without one allocation each.
   std::deque<OBJECT_STATE> objects;
-  // Looked up several times per object added: hashed, not ordered.
-  std::unordered_map<std::string, OBJECT_STATE*> by_path;
+  // Looked up several times per object added: hashed, not ordered. The keys
+  // view the objects' own paths, which the deque never moves.
+  std::unordered_map<std::string_view, OBJECT_STATE*> by_path;
   std::vector<std::unique_ptr<TABLE_STATE>> tables;
   std::optional<SQL_STATEMENT> insert_page;
 };
@@ -187,7 +188,7 @@ int64_t RDB_PANEL_WRITER::add_object(const std::string& where, int kind,
       object->parent_id = parent->id;
       object->position = parent->children++;
     }
-    panel.by_path[path] = object;
+    panel.by_path[object->path] = object;
     return object;
   };
 
