@@ -13,6 +13,11 @@ using namespace rdb_internal;
 
 namespace rdb_internal {
 
+// The sub-objects every path object needs, in the order commit() names a
+// missing one.
+constexpr const char* kPathParts[] = {RDB_PATH_SUMMARY_NAME, RDB_PATH_CHART_NAME,
+                                      RDB_PATH_ARRIVAL_NAME, RDB_PATH_REQUIRED_NAME};
+
 struct OBJECT_STATE {
   int64_t id = 0;
   int64_t parent_id = 0;  // 0: the panel's top object
@@ -32,6 +37,9 @@ struct OBJECT_STATE {
   // The rows of a small one-page table, stored in the object row itself.
   std::optional<std::string> inline_rows;
   int children = 0;
+  // For a path object: which of its four sub-objects were added (bit i for
+  // the i-th of kPathParts), so that commit() need not look each one up.
+  unsigned path_parts = 0;
   TABLE_STATE* table = nullptr;
 };
 
@@ -207,9 +215,12 @@ int64_t RDB_PANEL_WRITER::add_object(const std::string& where, int kind,
         throw RDB_ERROR(file, "an object path of panel \"" + panel.name + "\" has an empty name: \"" +
                                   where + "\"");
       bool last = next == std::string::npos;
-      bool path_child = parent->kind == RDB_KIND_PATH && last &&
-                        (part == RDB_PATH_SUMMARY_NAME || part == RDB_PATH_CHART_NAME ||
-                         part == RDB_PATH_ARRIVAL_NAME || part == RDB_PATH_REQUIRED_NAME);
+      unsigned path_part = 0;
+      if (parent->kind == RDB_KIND_PATH && last)
+        for (unsigned i = 0; i < 4; ++i)
+          if (part == kPathParts[i])
+            path_part = 1u << i;
+      bool path_child = path_part != 0;
       if (parent->kind != RDB_KIND_FOLDER && !path_child)
         throw RDB_ERROR(file, "cannot add \"" + where + "\" to panel \"" + panel.name +
                                   "\": \"" + (parent->path.empty() ? panel.name : parent->path) +
@@ -217,6 +228,8 @@ int64_t RDB_PANEL_WRITER::add_object(const std::string& where, int kind,
       prefix += prefix.empty() ? part : RDB_PATH_SEPARATOR + part;
       if (last) {
         name = part;
+        // The duplicate check above makes this the part's only object.
+        parent->path_parts |= path_part;
         break;
       }
       auto existing = panel.by_path.find(prefix);
@@ -387,12 +400,13 @@ void RDB_PANEL_WRITER::commit() {
       const OBJECT_STATE* object = &entry;
       if (object->kind != RDB_KIND_PATH)
         continue;
-      for (const char* part : {RDB_PATH_SUMMARY_NAME, RDB_PATH_CHART_NAME, RDB_PATH_ARRIVAL_NAME,
-                               RDB_PATH_REQUIRED_NAME})
-        if (!panel.by_path.count(path_child(object->path, part)))
+      for (unsigned i = 0; i < 4; ++i)
+        if (!(object->path_parts & (1u << i))) {
+          const char* part = kPathParts[i];
           throw RDB_ERROR(db.file(), "the path \"" + panel.name +
                                          (object->path.empty() ? "" : "||" + object->path) +
                                          "\" lacks its \"" + part + "\"");
+        }
     }
     for (const auto& table : panel.tables) {
       table->flush(true);

@@ -42,8 +42,11 @@ TEST_F(RDB_WRITER_TEST, ReplacingAPanelIsAtomicForAReaderHoldingTheOldSnapshot) 
 
   // The old snapshot still reads every page of the old panel.
   EXPECT_EQ(old_table->get_number_of_rows(), 101);
-  for (int row = 1; row <= 100; row += 7)
-    EXPECT_EQ(old_table->get_data(row, 0), "r" + std::to_string(row - 1));
+  for (int row = 1; row <= 100; row += 7) {
+    std::string expected = "r";
+    expected += std::to_string(row - 1);
+    EXPECT_EQ(old_table->get_data(row, 0), expected);
+  }
   EXPECT_EQ(old_report->get_error(), "");
 
   auto new_report = RDB_REPORT::open(m_file);
@@ -90,6 +93,44 @@ TEST_F(RDB_WRITER_TEST, APanelDroppedOrRefusedBeforeCommitLeavesTheOldOneWhole) 
   // The writer is usable again after both.
   write_table_panel(writer, "Other", 1);
   EXPECT_TRUE(writer.has_panel("Other"));
+}
+
+TEST_F(RDB_WRITER_TEST, APathLackingAnyOneOfItsFourPartsIsRefusedByName) {
+  RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+  const char* names[] = {RDB_PATH_SUMMARY_NAME, RDB_PATH_CHART_NAME, RDB_PATH_ARRIVAL_NAME,
+                         RDB_PATH_REQUIRED_NAME};
+  // -1 leaves nothing out; a complete path beside the broken one must not
+  // hide what the broken one lacks.
+  for (int missing = -1; missing < 4; ++missing) {
+    SCOPED_TRACE(missing);
+    RDB_PANEL_WRITER panel = writer.begin_panel("Paths");
+    for (const std::string where : {"Setup||Path 1", "Setup||Path 2"}) {
+      panel.add_path(where, -0.5, true);
+      bool broken = where == "Setup||Path 2";
+      if (!broken || missing != 0)
+        panel.add_path_table(where, RDB_PATH_PART::SUMMARY, {"A"});
+      if (!broken || missing != 1)
+        panel.add_path_chart(where, "X", "Y", 1, {{"cell", 2}});
+      if (!broken || missing != 2)
+        panel.add_path_table(where, RDB_PATH_PART::ARRIVAL, {"A"});
+      if (!broken || missing != 3)
+        panel.add_path_table(where, RDB_PATH_PART::REQUIRED, {"A"});
+    }
+    if (missing < 0) {
+      panel.commit();
+      EXPECT_TRUE(writer.has_panel("Paths"));
+      continue;
+    }
+    try {
+      panel.commit();
+      FAIL() << "a path without \"" << names[missing] << "\" was stored";
+    } catch (const RDB_ERROR& error) {
+      std::string message = error.what(), lacking = "lacks its \"";
+      lacking += names[missing];
+      EXPECT_NE(message.find(lacking), std::string::npos) << message;
+      EXPECT_NE(message.find("Paths||Setup||Path 2"), std::string::npos) << message;
+    }
+  }
 }
 
 TEST_F(RDB_WRITER_TEST, MalformedPanelsAreRefusedWithAClearMessage) {
