@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <ostream>
+#include <string_view>
 
 namespace vexa {
 
@@ -91,7 +92,9 @@ void PathPanelWriter::add(const TimingPathRecord &path)
 
 namespace {
 
-std::vector<std::pair<std::string, std::string>> summary_properties(const TimingPathRecord &path)
+// The names are literals: a path's summary is written ten thousand times in
+// a large report, and copying names into strings each time showed up.
+std::vector<std::pair<const char *, std::string>> summary_properties(const TimingPathRecord &path)
 {
   return {{"Slack", format_time(path.slack) + (path.violated ? " (VIOLATED)" : "")},
           {"From Node", path.from_node},
@@ -131,11 +134,12 @@ void PathPanelWriter::add_database(const TimingPathRecord &path)
     return;
   const std::string where = path_object_name(m_count);
   m_panel->add_path(where, path.slack, path.violated);
+  static const std::vector<std::string> property_columns = {"Property", "Value"};
   RDB_TABLE_WRITER summary =
-    m_panel->add_path_table(where, RDB_PATH_PART::SUMMARY, {"Property", "Value"},
+    m_panel->add_path_table(where, RDB_PATH_PART::SUMMARY, property_columns,
                             RDB_KIND_HEADERLESS_TABLE);
   for (const auto &[name, value] : summary_properties(path)) {
-    if (name == "Slack" && path.violated)
+    if (std::string_view(name) == "Slack" && path.violated)
       summary.add_row({name, value}, {{1, violation_color, RDB_NO_COLOR}});
     else
       summary.add_row({name, value});
