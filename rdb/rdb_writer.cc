@@ -23,8 +23,10 @@ struct OBJECT_STATE {
   int64_t parent_id = 0;  // 0: the panel's top object
   int64_t position = 0;
   int kind = 0;
-  std::string name;
   std::string path;  // relative to the panel
+  // The last part of the path (the panel's name for the top object): a view,
+  // since the deque never moves an object and the panel outlives them all.
+  std::string_view name;
   bool enabled = true;
   // Packed as stored (see encode_properties): a map per object cost more to
   // build and free than the rest of the object. A table's "rows" and
@@ -190,8 +192,9 @@ int64_t RDB_PANEL_WRITER::add_object(const std::string& where, int kind,
     OBJECT_STATE* object = &panel.objects.emplace_back();
     object->id = panel.next_id++;
     object->kind = object_kind;
-    object->name = name;
     object->path = path;
+    object->name = path.empty() ? std::string_view(panel.name)
+                                : std::string_view(object->path).substr(path.size() - name.size());
     if (parent) {
       object->parent_id = parent->id;
       object->position = parent->children++;
