@@ -73,6 +73,9 @@ struct PANEL_STATE {
   std::unordered_map<std::string_view, OBJECT_STATE*> by_path;
   std::vector<std::unique_ptr<TABLE_STATE>> tables;
   std::optional<SQL_STATEMENT> insert_page;
+  // The parent of the object added last: a path's four parts follow it, and
+  // reaching their parent again need not look up every folder above it.
+  OBJECT_STATE* last_parent = nullptr;
 };
 
 void TABLE_STATE::flush(bool last) {
@@ -211,6 +214,16 @@ int64_t RDB_PANEL_WRITER::add_object(const std::string& where, int kind,
                                         : top->second;
     std::string prefix;
     size_t pos = 0;
+    size_t last_separator = where.rfind(RDB_PATH_SEPARATOR);
+    // (Not for the top object, whose empty path would let "||X" through.)
+    if (panel.last_parent && !panel.last_parent->path.empty() &&
+        last_separator != std::string::npos &&
+        std::string_view(where).substr(0, last_separator) == panel.last_parent->path) {
+      // Every part above was checked when that parent was reached; only the
+      // last part is left, and the prefix is not needed for it.
+      parent = panel.last_parent;
+      pos = last_separator + 2;
+    }
     for (;;) {
       size_t next = where.find(RDB_PATH_SEPARATOR, pos);
       std::string part = where.substr(pos, next == std::string::npos ? next : next - pos);
@@ -233,6 +246,7 @@ int64_t RDB_PANEL_WRITER::add_object(const std::string& where, int kind,
         name = part;
         // The duplicate check above makes this the part's only object.
         parent->path_parts |= path_part;
+        panel.last_parent = parent;
         break;
       }
       auto existing = panel.by_path.find(prefix);

@@ -159,6 +159,13 @@ TEST_F(RDB_WRITER_TEST, MalformedPanelsAreRefusedWithAClearMessage) {
             std::string::npos);
   EXPECT_NE(message_of([&] { panel.add_text("A||||B", "x"); }).find("empty name"),
             std::string::npos);
+  // Paths that only differ from the last object's parent in their last part.
+  panel.add_folder("F||G");
+  panel.add_text("F||G||T", "t");
+  for (const char* bad : {"F||G||", "F||G||||X", "F||G||T||Below"})
+    EXPECT_THROW(panel.add_text(bad, "x"), RDB_ERROR) << bad;
+  panel.add_text("Top", "t");
+  EXPECT_NE(message_of([&] { panel.add_text("||X", "x"); }).find("empty name"), std::string::npos);
   RDB_TABLE_WRITER table = panel.add_table("T", RDB_KIND_TABLE, {"A", "B"});
   EXPECT_NE(message_of([&] { table.add_row({"1", "2", "3"}); }).find("3 cells"), std::string::npos);
   EXPECT_NE(message_of([&] { table.add_row({"1"}, {{2, 0, 0}}); }).find("outside the table"),
