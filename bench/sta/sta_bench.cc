@@ -24,10 +24,10 @@
 #include <string>
 #include <vector>
 
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
+
+
+#include "tests/sta_truth/program_run.hh"
 
 namespace fs = std::filesystem;
 
@@ -37,63 +37,12 @@ constexpr double kTargetRatio = 1.15;
 const char* const kReferenceSta = "/usr/bin/sta";
 const char* const kLiberty = "/usr/share/qflow/tech/osu035/osu035_stdcells.lib";
 
-struct Run {
-  bool ok = false;
-  std::string output;
-  double wall_s = 0;
-  double cpu_s = 0;
-  long peak_rss_kb = 0;
-};
+using Run = chronel::truth::ProgramResult;
 
-// Runs a program to completion (PATH is searched), stdin from /dev/null,
-// stdout and stderr collected together, and measures it.
+// Runs a program to completion and measures it; see program_run.hh.
 Run measure(const std::vector<std::string>& command) {
-  Run run;
-  int fds[2];
-  if (pipe(fds) != 0) {
-    run.output = std::string("pipe: ") + std::strerror(errno);
-    return run;
-  }
-  std::vector<char*> argv;
-  for (const std::string& a : command) argv.push_back(const_cast<char*>(a.c_str()));
-  argv.push_back(nullptr);
-
-  const auto start = std::chrono::steady_clock::now();
-  pid_t pid = fork();
-  if (pid == 0) {
-    int null_in = open("/dev/null", O_RDONLY);
-    if (null_in >= 0) dup2(null_in, 0);
-    dup2(fds[1], 1);
-    dup2(fds[1], 2);
-    close(fds[0]);
-    close(fds[1]);
-    execvp(argv[0], argv.data());
-    std::fprintf(stderr, "cannot run %s: %s\n", argv[0], std::strerror(errno));
-    _exit(127);
-  }
-  close(fds[1]);
-  if (pid < 0) {
-    close(fds[0]);
-    run.output = std::string("fork: ") + std::strerror(errno);
-    return run;
-  }
-  char buffer[65536];
-  for (;;) {
-    ssize_t n = read(fds[0], buffer, sizeof buffer);
-    if (n > 0) run.output.append(buffer, static_cast<size_t>(n));
-    else if (n == 0 || errno != EINTR) break;
-  }
-  close(fds[0]);
-  int status = 0;
-  struct rusage usage {};
-  while (wait4(pid, &status, 0, &usage) < 0 && errno == EINTR) {
-  }
-  run.wall_s = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  run.cpu_s = static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-              static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-  run.peak_rss_kb = usage.ru_maxrss;
-  run.ok = WIFEXITED(status) && WEXITSTATUS(status) == 0;
-  return run;
+  return chronel::truth::run_program(command.front(),
+                                     std::vector<std::string>(command.begin() + 1, command.end()));
 }
 
 std::string last_lines(const std::string& text, int lines) {
@@ -174,7 +123,7 @@ int main(int argc, char** argv) {
   std::printf("Generating a design of about %ld cells in %s ...\n", cells, dir.c_str());
   std::fflush(stdout);
   Run gen = measure({CHRONEL_BENCH_PYTHON, CHRONEL_BENCH_GENERATOR, "--out", dir, "--cells", std::to_string(cells)});
-  if (!gen.ok) {
+  if (!gen.succeeded()) {
     std::fprintf(stderr, "sta_bench: the generator failed:\n%s\n", gen.output.c_str());
     return 1;
   }
@@ -201,7 +150,7 @@ int main(int argc, char** argv) {
   Figures reference, tested;
   for (int i = 0; i < repeat; ++i) {
     Run r = measure({kReferenceSta, "-no_init", "-no_splash", "-exit", reference_tcl.string()});
-    if (!r.ok) {
+    if (!r.succeeded()) {
       std::fprintf(stderr, "sta_bench: sta failed on %s:\n%s\n", reference_tcl.c_str(),
                    last_lines(r.output, 30).c_str());
       return 1;
@@ -212,7 +161,7 @@ int main(int argc, char** argv) {
     std::error_code ignored;
     fs::remove_all(fs::path(dir) / "vexa_db", ignored);
     Run e = measure({engine, "-t", engine_tcl.string()});
-    if (!e.ok) {
+    if (!e.succeeded()) {
       std::fprintf(stderr, "sta_bench: vexa_sta failed on %s:\n%s\n", engine_tcl.c_str(),
                    last_lines(e.output, 30).c_str());
       return 1;

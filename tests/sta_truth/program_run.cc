@@ -1,8 +1,10 @@
 #include "program_run.hh"
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -27,6 +29,7 @@ ProgramResult run_program(const std::string& program, const std::vector<std::str
   for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
   argv.push_back(nullptr);
 
+  const auto start = std::chrono::steady_clock::now();
   pid_t pid = fork();
   if (pid == 0) {
     int null_in = open("/dev/null", O_RDONLY);
@@ -36,7 +39,7 @@ ProgramResult run_program(const std::string& program, const std::vector<std::str
     close(fds[0]);
     close(fds[1]);
     if (!cwd.empty() && chdir(cwd.c_str()) != 0) _exit(126);
-    execv(program.c_str(), argv.data());
+    execvp(program.c_str(), argv.data());
     _exit(127);
   }
   close(fds[1]);
@@ -56,11 +59,16 @@ ProgramResult run_program(const std::string& program, const std::vector<std::str
   }
   close(fds[0]);
   int status = 0;
-  while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+  struct rusage usage {};
+  while (wait4(pid, &status, 0, &usage) < 0 && errno == EINTR) {
   }
+  result.wall_s = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  result.cpu_s = static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+                 static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+  result.peak_rss_kb = usage.ru_maxrss;
   if (WIFEXITED(status)) {
     result.exit_status = WEXITSTATUS(status);
-    // 127 from the child itself means execv failed.
+    // 127 from the child itself means execvp failed.
     result.started = result.exit_status != 127 || !result.output.empty();
   } else if (WIFSIGNALED(status)) {
     result.started = true;

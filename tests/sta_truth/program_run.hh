@@ -13,14 +13,20 @@ struct ProgramResult {
   int exit_status = -1;  // valid when the program exited normally
   int signal = 0;        // non-zero when a signal ended the program
   std::string output;
+  // Measurements of the child, from wait4(): wall time from fork to reaping,
+  // user + system CPU time, and its peak resident memory.
+  double wall_s = 0;
+  double cpu_s = 0;
+  long peak_rss_kb = 0;
 
   bool succeeded() const { return started && signal == 0 && exit_status == 0; }
   // One line for messages: "exit status 0", "killed by signal 11", ...
   std::string describe() const;
 };
 
-// Runs `program` with `args` in directory `cwd` (empty: the current one), stdin
-// from /dev/null, and waits for it to end.
+// Runs `program` (PATH is searched when it has no slash) with `args` in
+// directory `cwd` (empty: the current one), stdin from /dev/null, and waits
+// for it to end.
 ProgramResult run_program(const std::string& program, const std::vector<std::string>& args,
                           const std::string& cwd = {});
 
