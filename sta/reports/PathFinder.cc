@@ -9,10 +9,10 @@
 #include "ClkInfo.hh"
 #include "Corner.hh"
 #include "ExceptionPath.hh"
+#include "Graph.hh"
 #include "MinMax.hh"
 #include "Network.hh"
 #include "PathEnd.hh"
-#include "PathExpanded.hh"
 #include "PathRef.hh"
 #include "PathVertex.hh"
 #include "Sdc.hh"
@@ -153,11 +153,24 @@ int all_endpoints_count(sta::Sta *sta)
   return count;
 }
 
-int fanout_of(const sta::Network *network, const sta::Pin *pin)
+// The loads on the net a pin drives. The timing graph has one wire edge
+// from a driver to each of its loads, and walking them is much cheaper than
+// collecting the net's connected pins (which gathers them into a set).
+int fanout_of(const sta::Sta *sta, const sta::Pin *pin)
 {
+  const sta::Network *network = sta->network();
   if (!network->isDriver(pin))
     return 0;
+  const sta::Graph *graph = sta->graph();
+  sta::Vertex *driver = graph ? graph->pinDrvrVertex(pin) : nullptr;
   int count = 0;
+  if (driver != nullptr) {
+    sta::VertexOutEdgeIterator edges(driver, graph);
+    while (edges.hasNext())
+      if (edges.next()->isWire())
+        count++;
+    return count;
+  }
   sta::PinConnectedPinIterator *iter = network->connectedPinIterator(pin);
   while (iter->hasNext()) {
     sta::Pin *other = iter->next();
@@ -264,25 +277,29 @@ void add_row(std::vector<PathPointRecord> &rows, double &last_total, double tota
 
 } // namespace
 
-const PinInfoCache::Info &PinInfoCache::get(const sta::Pin *pin)
+PathReportCache::PathReportCache(const sta::Sta *sta) : m_sta(sta), m_prev_paths(sta) {}
+
+PathReportCache::~PathReportCache() = default;
+
+const PathReportCache::PinInfo &PathReportCache::pin(const sta::Pin *pin)
 {
-  auto [it, fresh] = m_cache.try_emplace(pin);
+  auto [it, fresh] = m_pins.try_emplace(pin);
   if (fresh) {
     const sta::Network *network = m_sta->sdcNetwork();
     it->second.name = pin_display_name(m_sta, pin);
     it->second.location = location_of(network, pin);
-    it->second.fanout = fanout_of(network, pin);
+    it->second.fanout = fanout_of(m_sta, pin);
   }
   return it->second;
 }
 
 TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis analysis,
-                                  bool with_points, PinInfoCache *shared_cache, bool with_routing)
+                                  bool with_points, PathReportCache *shared_cache, bool with_routing)
 {
-  std::optional<PinInfoCache> own_cache;
+  std::optional<PathReportCache> own_cache;
   if (shared_cache == nullptr)
     own_cache.emplace(sta);
-  PinInfoCache &cache = shared_cache ? *shared_cache : *own_cache;
+  PathReportCache &cache = shared_cache ? *shared_cache : *own_cache;
   TimeUnit unit(sta);
   TimingPathRecord record;
   record.analysis = analysis;
@@ -292,7 +309,8 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
   record.violated = record.slack < 0;
   record.check = check_name(end, sta);
 
-  sta::PathExpanded expanded(end->path(), sta);
+  ExpandedPath &expanded = cache.data_path();
+  expanded.expand(end->path(), cache.prev_paths(), sta);
   const sta::Pin *end_pin = end->path()->pin(sta);
   record.to_node = pin_display_name(sta, end_pin);
   sta::PathRef *start = expanded.startPath();
@@ -343,7 +361,7 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
 
   auto point_row = [&](sta::PathRef *path, sta::TimingArc *arc, bool clock_path) {
     PathPointRecord row;
-    const PinInfoCache::Info &info = cache.get(path->pin(sta));
+    const PathReportCache::PinInfo &info = cache.pin(path->pin(sta));
     row.rise_fall = rise_fall_of(path->transition(sta));
     row.fanout = info.fanout;
     row.type = arc_type(arc);
@@ -441,7 +459,8 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
       }
       const double tgt_base = tgt_edge_time + end->targetClkMcpAdjustment(sta);
       if (tgt_path && !tgt_path->isNull() && propagated) {
-        sta::PathExpanded tgt_expanded(tgt_path, sta);
+        ExpandedPath &tgt_expanded = cache.clock_path();
+        tgt_expanded.expand(tgt_path, cache.prev_paths(), sta);
         double edge_arrival = tgt_expanded.size() ? tgt_expanded.path(0)->arrival(sta) : 0.0;
         for (size_t i = 0; i < tgt_expanded.size(); i++) {
           sta::PathRef *path = tgt_expanded.path(i);
@@ -497,7 +516,7 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
     if (end->isOutputDelay())
       check_row.type = "oExt";
     if (!end->isOutputDelay() && !end->isPathDelay()) {
-      check_row.location = cache.get(end_pin).location;
+      check_row.location = cache.pin(end_pin).location;
     }
     add_row(rows, last, record.required, check_row);
     PathPointRecord required_row;
@@ -598,7 +617,7 @@ void for_each_timing_path(sta::Sta *sta, const PathQuery &query,
       count--;
   if (prepared)
     prepared(count);
-  PinInfoCache cache(sta);
+  PathReportCache cache(sta);
   for (size_t i = 0; i < count; i++)
     visit(make_path_record(sta, (*list.ends)[i], query.analysis, query.with_points, &cache,
                            query.with_routing));

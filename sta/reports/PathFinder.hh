@@ -1,7 +1,7 @@
 // Timing paths, domain summaries and clock transfers computed from OpenSTA.
 //
 // Everything here reads the timing graph through OpenSTA's C++ interface
-// (Sta::findPathEnds, PathEnd, PathExpanded) instead of its Tcl reports,
+// (Sta::findPathEnds, PathEnd, the predecessor of a path point) instead of its Tcl reports,
 // because the report panels need numbers per point that the Tcl reports only
 // print: the required time at each point of the capture clock path, the
 // cell/interconnect split of the delay, the fanout of each driver. The
@@ -11,6 +11,7 @@
 // ReportError, and nothing is computed.
 #pragma once
 
+#include "reports/PathExpansion.hh"
 #include "reports/ReportRecords.hh"
 
 #include <functional>
@@ -61,24 +62,33 @@ void for_each_timing_path(sta::Sta *sta, const PathQuery &query,
                           const std::function<void(size_t count)> &prepared,
                           const std::function<void(const TimingPathRecord &)> &visit);
 
-// What the point tables show of a pin (name, library cell, fanout),
-// remembered for the length of one report: the paths of a report share most
-// of their pins, and looking names up is a good part of building a path.
-class PinInfoCache
+// What a report of many paths looks up again and again, kept for the length
+// of that report: what the point tables show of each pin (name, library cell,
+// fanout) and the predecessor of each path point. The paths of one report
+// share most of their pins and points.
+class PathReportCache
 {
 public:
-  struct Info
+  struct PinInfo
   {
     std::string name;
     std::string location;
     int fanout = 0;
   };
-  explicit PinInfoCache(const sta::Sta *sta) : m_sta(sta) {}
-  const Info &get(const sta::Pin *pin);
+  explicit PathReportCache(const sta::Sta *sta);
+  ~PathReportCache();
+  const PinInfo &pin(const sta::Pin *pin);
+  PrevPathCache &prev_paths() { return m_prev_paths; }
+  // Storage reused from path to path.
+  ExpandedPath &data_path() { return m_data_path; }
+  ExpandedPath &clock_path() { return m_clock_path; }
 
 private:
   const sta::Sta *m_sta;
-  std::unordered_map<const sta::Pin *, Info> m_cache;
+  std::unordered_map<const sta::Pin *, PinInfo> m_pins;
+  PrevPathCache m_prev_paths;
+  ExpandedPath m_data_path;
+  ExpandedPath m_clock_path;
 };
 
 // The record of one path end (exposed for tests and for other reports).
@@ -86,7 +96,7 @@ private:
 // Without routing the load pins of the data path are left out of the
 // arrival points (see PathQuery::with_routing).
 TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis analysis,
-                                  bool with_points, PinInfoCache *cache = nullptr,
+                                  bool with_points, PathReportCache *cache = nullptr,
                                   bool with_routing = true);
 
 // Worst slack and total negative slack per capture clock for one analysis,
