@@ -535,6 +535,11 @@ void RDB_WRITER::create_or_check() {
   int64_t application_id = db.query_int("PRAGMA application_id");
   int64_t version = db.query_int("PRAGMA user_version");
   if (tables == 0 && application_id == 0 && version == 0) {
+    // Most objects of a path report carry their rows inline, a few
+    // kilobytes each. Pages of 16 KiB hold several of them: the file of a
+    // large path report is about an eighth smaller and written about a
+    // tenth faster than with 4 KiB pages. (Set before the first table.)
+    db.exec("PRAGMA page_size=16384");
     db.exec("PRAGMA journal_mode=WAL");
     db.exec("BEGIN IMMEDIATE");
     try {

@@ -1,13 +1,22 @@
 #include "reports/PathExpansion.hh"
 
 #include "Machine.hh"
+#include "Fuzzy.hh"
 #include "Graph.hh"
+#include "GraphDelayCalc.hh"
 #include "Latches.hh"
 #include "Path.hh"
+#include "PathAnalysisPt.hh"
 #include "PathRef.hh"
+#include "PathVertex.hh"
+#include "Search.hh"
 #include "StaState.hh"
+#include "Tag.hh"
 #include "TimingArc.hh"
 #include "TimingRole.hh"
+#include "Transition.hh"
+
+#include <cmath>
 
 namespace vexa {
 
@@ -37,6 +46,107 @@ bool stored_slot(const sta::PathRef &path, int &arrival_index)
   return exists;
 }
 
+// Finds the point before a stored path point: the path on a fan-in vertex
+// whose step over one of the fan-in arcs gives this point's tag and
+// arrival. OpenSTA asks the same question by working out the resulting tag
+// and arrival of every path on every fan-in arc; most of those paths end on
+// the other transition or in the other analysis (min or max), which can
+// never match, so they are passed over before that work is done. The first
+// match in OpenSTA's own visiting order is taken, so the answer is the one
+// OpenSTA gives.
+class PredecessorFinder : public sta::PathVisitor
+{
+public:
+  PredecessorFinder(const sta::PathRef &path, const sta::StaState *sta)
+      : sta::PathVisitor(sta),
+        m_arrival(path.arrival(sta)),
+        m_tag(path.tag(sta)),
+        m_tr_index(path.trIndex(sta)),
+        m_ap_index(path.pathAnalysisPtIndex(sta)),
+        m_tolerance(sta->graphDelayCalc()->incrementalDelayTolerance())
+  {
+  }
+  sta::VertexVisitor *copy() override { return nullptr; }  // never visits in parallel
+  void visit(sta::Vertex *) override {}
+
+  const sta::PathVertex &found() const { return m_found; }
+  sta::TimingArc *found_arc() const { return m_found_arc; }
+
+protected:
+  bool visitFromPath(const sta::Pin *from_pin, sta::Vertex *from_vertex,
+                     const sta::TransRiseFall *from_tr, sta::PathVertex *from_path,
+                     sta::Edge *edge, sta::TimingArc *arc, const sta::Pin *to_pin,
+                     sta::Vertex *to_vertex, const sta::TransRiseFall *to_tr,
+                     const sta::MinMax *min_max, const sta::PathAnalysisPt *path_ap) override
+  {
+    if (to_tr->index() != m_tr_index || path_ap->index() != m_ap_index)
+      return true;
+    return sta::PathVisitor::visitFromPath(from_pin, from_vertex, from_tr, from_path, edge, arc,
+                                           to_pin, to_vertex, to_tr, min_max, path_ap);
+  }
+
+  bool visitFromToPath(const sta::Pin *, sta::Vertex *, const sta::TransRiseFall *,
+                       sta::Tag *from_tag, sta::PathVertex *from_path, sta::Edge *,
+                       sta::TimingArc *arc, sta::ArcDelay, sta::Vertex *,
+                       const sta::TransRiseFall *to_tr, sta::Tag *to_tag,
+                       sta::Arrival &to_arrival, const sta::MinMax *,
+                       const sta::PathAnalysisPt *path_ap) override
+  {
+    if (to_tr->index() != m_tr_index || path_ap->index() != m_ap_index)
+      return true;
+    bool same_arrival = m_tolerance > 0.0
+                          ? std::fabs(sta::delayAsFloat(to_arrival - m_arrival)) < m_tolerance
+                          : sta::fuzzyEqual(to_arrival, m_arrival);
+    if (!same_arrival)
+      return true;
+    // A filter that became active on this step is in the new tag but not
+    // yet in the paths an earlier search left on the vertex.
+    bool same_tag = sta::tagMatch(to_tag, m_tag, sta_) ||
+                    (from_tag->isFilter() && !to_tag->isFilter() &&
+                     sta::tagMatchNoCrpr(to_tag, m_tag));
+    if (!same_tag)
+      return true;
+    int arrival_index = 0;
+    bool exists = false;
+    from_path->arrivalIndex(arrival_index, exists);
+    if (!exists)
+      return true;
+    m_found.copy(from_path);
+    m_found_arc = arc;
+    return false;
+  }
+
+private:
+  sta::Arrival m_arrival;
+  const sta::Tag *m_tag;
+  int m_tr_index;
+  sta::PathAPIndex m_ap_index;
+  float m_tolerance;
+  sta::PathVertex m_found;
+  sta::TimingArc *m_found_arc = nullptr;
+};
+
+// The predecessor of a stored point, as PathVertex::prevPath gives it.
+void find_prev(const sta::PathRef &path, const sta::StaState *sta, sta::PathRef &prev,
+               sta::TimingArc *&arc)
+{
+  sta::Vertex *vertex = path.vertex(sta);
+  // Where the search kept its predecessors, OpenSTA reads them directly.
+  if (sta->graph()->prevPaths(vertex) != nullptr) {
+    path.prevPath(sta, prev, arc);
+    return;
+  }
+  PredecessorFinder finder(path, sta);
+  finder.visitFaninPaths(vertex);
+  if (finder.found().isNull()) {
+    prev.init();
+    arc = nullptr;
+    return;
+  }
+  prev.init(finder.found());
+  arc = finder.found_arc();
+}
+
 } // namespace
 
 void PrevPathCache::prev(const sta::PathRef &path, sta::PathRef &prev, sta::TimingArc *&arc)
@@ -55,7 +165,7 @@ void PrevPathCache::prev(const sta::PathRef &path, sta::PathRef &prev, sta::Timi
   Entry &entry = it->second;
   if (fresh) {
     ++m_misses;
-    path.prevPath(m_sta, prev, arc);
+    find_prev(path, m_sta, prev, arc);
     int prev_index = 0;
     if (prev.isNull() || stored_slot(prev, prev_index)) {
       entry.vertex = prev.isNull() ? nullptr : prev.vertex(m_sta);
