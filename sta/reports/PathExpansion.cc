@@ -16,6 +16,7 @@
 #include "TimingRole.hh"
 #include "Transition.hh"
 
+#include <bit>
 #include <cmath>
 
 namespace vexa {
@@ -149,6 +150,26 @@ void find_prev(const sta::PathRef &path, const sta::StaState *sta, sta::PathRef 
 
 } // namespace
 
+PrevPathCache::Slot &PrevPathCache::slot(std::uint64_t key)
+{
+  const size_t mask = m_slots.size() - 1;
+  // Fibonacci hashing: the top bits of the product mix every bit of the key.
+  size_t i = static_cast<size_t>((key * 0x9E3779B97F4A7C15ull) >> m_shift);
+  while (m_slots[i].key != 0 && m_slots[i].key != key)
+    i = (i + 1) & mask;
+  return m_slots[i];
+}
+
+void PrevPathCache::grow()
+{
+  std::vector<Slot> old = std::move(m_slots);
+  m_slots.assign(old.empty() ? 4096 : old.size() * 2, Slot());
+  m_shift = 64 - std::countr_zero(m_slots.size());
+  for (const Slot &entry : old)
+    if (entry.key != 0)
+      slot(entry.key) = entry;
+}
+
 void PrevPathCache::prev(const sta::PathRef &path, sta::PathRef &prev, sta::TimingArc *&arc)
 {
   ++m_lookups;
@@ -160,30 +181,32 @@ void PrevPathCache::prev(const sta::PathRef &path, sta::PathRef &prev, sta::Timi
     path.prevPath(m_sta, prev, arc);
     return;
   }
-  Key key{path.vertex(m_sta), path.tag(m_sta)};
-  auto [it, fresh] = m_entries.try_emplace(key);
-  Entry &entry = it->second;
-  if (fresh) {
-    ++m_misses;
-    find_prev(path, m_sta, prev, arc);
-    int prev_index = 0;
-    if (prev.isNull() || stored_slot(prev, prev_index)) {
-      entry.vertex = prev.isNull() ? nullptr : prev.vertex(m_sta);
-      entry.tag = prev.isNull() ? nullptr : prev.tag(m_sta);
-      entry.arrival_index = prev_index;
-      entry.arc = arc;
-    } else {
-      // A predecessor without a vertex slot cannot be rebuilt from the
-      // entry; forget it so the next asker gets it directly too.
-      m_entries.erase(it);
-    }
+  if ((m_used + 1) * 2 > m_slots.size())
+    grow();
+  const std::uint64_t key = key_of(path.vertexId(m_sta), path.tagIndex(m_sta));
+  Slot &found = slot(key);
+  if (found.key == key) {
+    const Entry &entry = found.entry;
+    arc = entry.arc;
+    if (entry.vertex == nullptr)
+      prev.init();
+    else
+      prev.init(entry.vertex, entry.tag, entry.arrival_index);
     return;
   }
-  arc = entry.arc;
-  if (entry.vertex == nullptr)
-    prev.init();
-  else
-    prev.init(entry.vertex, entry.tag, entry.arrival_index);
+  ++m_misses;
+  find_prev(path, m_sta, prev, arc);
+  int prev_index = 0;
+  // A predecessor without a vertex slot could not be rebuilt from an
+  // entry; it is not kept, and the next asker finds it again.
+  if (prev.isNull() || stored_slot(prev, prev_index)) {
+    found.key = key;
+    found.entry.vertex = prev.isNull() ? nullptr : prev.vertex(m_sta);
+    found.entry.tag = prev.isNull() ? nullptr : prev.tag(m_sta);
+    found.entry.arrival_index = prev_index;
+    found.entry.arc = arc;
+    ++m_used;
+  }
 }
 
 void ExpandedPath::expand(const sta::Path *path, PrevPathCache &cache, const sta::StaState *sta)

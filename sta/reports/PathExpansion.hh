@@ -16,7 +16,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
 
 namespace sta {
@@ -39,21 +38,6 @@ public:
   size_t misses() const { return m_misses; }
 
 private:
-  struct Key
-  {
-    const sta::Vertex *vertex;
-    const sta::Tag *tag;
-    bool operator==(const Key &other) const = default;
-  };
-  struct KeyHash
-  {
-    size_t operator()(const Key &key) const
-    {
-      auto a = reinterpret_cast<std::uintptr_t>(key.vertex);
-      auto b = reinterpret_cast<std::uintptr_t>(key.tag);
-      return static_cast<size_t>((a * 0x9E3779B97F4A7C15ull) ^ (b + (a >> 17)));
-    }
-  };
   struct Entry
   {
     sta::Vertex *vertex = nullptr;  // null: no predecessor
@@ -61,9 +45,26 @@ private:
     int arrival_index = 0;
     sta::TimingArc *arc = nullptr;
   };
+  struct Slot
+  {
+    std::uint64_t key = 0;  // 0: empty
+    Entry entry;
+  };
+  // A point's key: its vertex and tag numbers, never 0.
+  static std::uint64_t key_of(std::uint32_t vertex_id, std::uint32_t tag_index)
+  {
+    return ((std::uint64_t(vertex_id) << 32) | tag_index) + 1;
+  }
+  // The slot of `key`, or the empty slot where it belongs. The table is
+  // open-addressed (tens of thousands of entries per report, each looked
+  // up about five times): one probe into one array instead of a node each.
+  Slot &slot(std::uint64_t key);
+  void grow();
 
   const sta::StaState *m_sta;
-  std::unordered_map<Key, Entry, KeyHash> m_entries;
+  std::vector<Slot> m_slots;
+  size_t m_used = 0;
+  int m_shift = 64;
   size_t m_lookups = 0;
   size_t m_misses = 0;
 };
