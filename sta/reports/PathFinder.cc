@@ -281,16 +281,35 @@ PathReportCache::PathReportCache(const sta::Sta *sta) : m_sta(sta), m_prev_paths
 
 PathReportCache::~PathReportCache() = default;
 
+PathReportCache::PinInfo PathReportCache::make_info(const sta::Pin *pin) const
+{
+  PinInfo info;
+  info.name = pin_display_name(m_sta, pin);
+  info.location = location_of(m_sta->sdcNetwork(), pin);
+  info.fanout = fanout_of(m_sta, pin);
+  return info;
+}
+
 const PathReportCache::PinInfo &PathReportCache::pin(const sta::Pin *pin)
 {
-  auto [it, fresh] = m_pins.try_emplace(pin);
-  if (fresh) {
-    const sta::Network *network = m_sta->sdcNetwork();
-    it->second.name = pin_display_name(m_sta, pin);
-    it->second.location = location_of(network, pin);
-    it->second.fanout = fanout_of(m_sta, pin);
+  sta::Graph *graph = m_sta->graph();
+  const sta::VertexId id = graph ? m_sta->network()->vertexId(pin) : 0;
+  if (id != 0) {
+    if (m_pin_by_vertex.empty())
+      m_pin_by_vertex.assign(static_cast<size_t>(graph->vertexCount()) + 1, 0);
+    if (id < m_pin_by_vertex.size()) {
+      std::uint32_t &slot = m_pin_by_vertex[id];
+      if (slot == 0) {
+        m_pins.push_back(make_info(pin));
+        slot = static_cast<std::uint32_t>(m_pins.size());
+      }
+      return m_pins[slot - 1];
+    }
   }
-  return it->second;
+  auto [it, fresh] = m_pins_without_vertex.try_emplace(pin, m_pins.size());
+  if (fresh)
+    m_pins.push_back(make_info(pin));
+  return m_pins[it->second];
 }
 
 TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis analysis,

@@ -14,6 +14,8 @@
 #include "reports/PathExpansion.hh"
 #include "reports/ReportRecords.hh"
 
+#include <cstdint>
+#include <deque>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -84,8 +86,15 @@ public:
   ExpandedPath &clock_path() { return m_clock_path; }
 
 private:
+  PinInfo make_info(const sta::Pin *pin) const;
+
   const sta::Sta *m_sta;
-  std::unordered_map<const sta::Pin *, PinInfo> m_pins;
+  // The pins met so far, found through their vertex number (one array
+  // probe; a hash of tens of thousands of nodes cost more than the names).
+  // Pins without a vertex are kept by address.
+  std::deque<PinInfo> m_pins;
+  std::vector<std::uint32_t> m_pin_by_vertex;  // index in m_pins + 1, 0 when not met
+  std::unordered_map<const sta::Pin *, size_t> m_pins_without_vertex;
   PrevPathCache m_prev_paths;
   ExpandedPath m_data_path;
   ExpandedPath m_clock_path;
