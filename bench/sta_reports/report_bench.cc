@@ -101,36 +101,63 @@ void print_ratio(const char *what, const Times &ours, const Times &theirs)
                 ours.wall / theirs.wall, ours.cpu / theirs.cpu);
 }
 
+const char *const usage_text =
+  "usage: sta_reports_bench [--dir FOLDER] [--engine PATH] [--sta PATH] [--npaths N] "
+  "[--cells N] [--repeat K]\n"
+  "  --dir     where the generated design is kept (default: bench_sta_reports beside the\n"
+  "            build's bin folder); it is generated there unless bench.vpf exists\n"
+  "  --npaths  paths per report (default 10000)     --cells  design size (default 100000)\n"
+  "  --repeat  runs of each program; the best times count (default 5)\n";
+
+int usage_error(const std::string &text)
+{
+  std::fprintf(stderr, "sta_reports_bench: %s\n%s", text.c_str(), usage_text);
+  return 2;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
-  std::string dir = "bench_sta_reports";
+  std::string dir;
   std::string engine = std::string(CHRONEL_BIN_DIR) + "/vexa_sta";
   std::string sta = "sta";
   int npaths = 10000;
   int cells = 100000;
-  int repeat = 3;
-  for (int i = 1; i + 1 < argc; i += 2) {
+  int repeat = 5;
+  for (int i = 1; i < argc; i++) {
     std::string option = argv[i];
+    if (option == "--help" || option == "-h") {
+      std::printf("%s", usage_text);
+      return 0;
+    }
+    if (i + 1 >= argc)
+      return usage_error("missing value after " + option);
+    std::string value = argv[++i];
+    auto count = [&](int &target, int minimum) {
+      char *end = nullptr;
+      long number = std::strtol(value.c_str(), &end, 10);
+      if (value.empty() || *end != '\0' || number < minimum || number > 100000000)
+        return false;
+      target = static_cast<int>(number);
+      return true;
+    };
     if (option == "--dir")
-      dir = argv[i + 1];
+      dir = value;
     else if (option == "--engine")
-      engine = argv[i + 1];
+      engine = value;
     else if (option == "--sta")
-      sta = argv[i + 1];
-    else if (option == "--npaths")
-      npaths = std::atoi(argv[i + 1]);
-    else if (option == "--cells")
-      cells = std::atoi(argv[i + 1]);
-    else if (option == "--repeat")
-      repeat = std::max(1, std::atoi(argv[i + 1]));
-    else {
-      std::fprintf(stderr, "usage: sta_reports_bench [--dir D] [--engine P] [--sta P] "
-                           "[--npaths N] [--cells N] [--repeat K]\n");
-      return 2;
+      sta = value;
+    else if (option == "--npaths" || option == "--cells" || option == "--repeat") {
+      int &target = option == "--npaths" ? npaths : option == "--cells" ? cells : repeat;
+      if (!count(target, option == "--cells" ? 100 : 1))
+        return usage_error("bad number after " + option + ": \"" + value + "\"");
+    } else {
+      return usage_error("unknown option " + option);
     }
   }
+  if (dir.empty())
+    dir = (fs::path(CHRONEL_BIN_DIR).parent_path() / "bench_sta_reports").string();
   dir = fs::absolute(dir).string();
   if (!fs::exists(dir + "/bench.vpf")) {
     std::printf("Writing the design into %s ...\n", dir.c_str());
