@@ -68,46 +68,7 @@ std::vector<std::vector<std::string>> path_point_rows(const std::vector<PathPoin
   return rows;
 }
 
-PathPanelWriter::PathPanelWriter(RDB_PANEL_WRITER *panel, std::ostream *text,
-                                 PathPanelOptions options)
-    : m_panel(panel), m_text(text), m_options(std::move(options))
-{
-  if (m_panel)
-    m_summary = std::make_unique<RDB_TABLE_WRITER>(
-      m_panel->add_table(paths_summary_name, RDB_KIND_TABLE, path_summary_columns));
-  m_summary_text.title = paths_summary_name;
-  m_summary_text.columns = path_summary_columns;
-}
-
-PathPanelWriter::~PathPanelWriter() = default;
-
-void PathPanelWriter::add(const TimingPathRecord &path)
-{
-  ++m_count;
-  if (m_panel)
-    add_database(path);
-  if (m_text)
-    add_text(path);
-}
-
 namespace {
-
-// The names are literals: a path's summary is written ten thousand times in
-// a large report, and copying names into strings each time showed up.
-std::vector<std::pair<const char *, std::string>> summary_properties(const TimingPathRecord &path)
-{
-  return {{"Slack", format_time(path.slack) + (path.violated ? " (VIOLATED)" : "")},
-          {"From Node", path.from_node},
-          {"To Node", path.to_node},
-          {"Launch Clock", path.launch_clock},
-          {"Latch Clock", path.latch_clock},
-          {"Check", path.check},
-          {"Data Arrival Time", format_time(path.arrival)},
-          {"Data Required Time", format_time(path.required)},
-          {"Relationship", format_time(path.relationship)},
-          {"Clock Skew", format_time(path.clock_skew)},
-          {"Data Delay", format_time(path.data_delay)}};
-}
 
 // Delays are charted in thousandths of the time unit so that counts stay
 // integers without losing the picoseconds of a nanosecond design.
@@ -124,12 +85,41 @@ std::string milli_unit(const std::string &unit)
 
 } // namespace
 
+PathPanelWriter::PathPanelWriter(RDB_PANEL_WRITER *panel, std::ostream *text,
+                                 PathPanelOptions options)
+    : m_panel(panel), m_text(text), m_options(std::move(options))
+{
+  if (m_panel)
+    m_summary = std::make_unique<RDB_TABLE_WRITER>(
+      m_panel->add_table(paths_summary_name, RDB_KIND_TABLE, path_summary_columns));
+  m_chart_axis = "Delay (" + milli_unit(m_options.time_unit) + ")";
+  m_summary_text.title = paths_summary_name;
+  m_summary_text.columns = path_summary_columns;
+}
+
+PathPanelWriter::~PathPanelWriter() = default;
+
+void PathPanelWriter::add(const TimingPathRecord &path)
+{
+  ++m_count;
+  if (m_panel)
+    add_database(path);
+  if (m_text)
+    add_text(path);
+}
+
+// A large report writes ten thousand paths: the cells of each are handed
+// over as views of a few local strings, not gathered into vectors first.
 void PathPanelWriter::add_database(const TimingPathRecord &path)
 {
-  std::vector<RDB_CELL_COLOR> colors;
-  if (path.violated)
-    colors.push_back({0, violation_color, RDB_NO_COLOR});
-  m_summary->add_row(path_summary_cells(path), colors);
+  const std::string slack = format_time(path.slack), relationship = format_time(path.relationship),
+                    skew = format_time(path.clock_skew), data_delay = format_time(path.data_delay);
+  {
+    const std::string_view cells[] = {slack, path.from_node, path.to_node, path.launch_clock,
+                                      path.latch_clock, relationship, skew, data_delay};
+    const RDB_CELL_COLOR violation{0, violation_color, RDB_NO_COLOR};
+    m_summary->add_row(cells, std::size(cells), &violation, path.violated ? 1 : 0);
+  }
   if (m_options.summary_only)
     return;
   const std::string where = path_object_name(m_count);
@@ -138,14 +128,22 @@ void PathPanelWriter::add_database(const TimingPathRecord &path)
   RDB_TABLE_WRITER summary =
     m_panel->add_path_table(where, RDB_PATH_PART::SUMMARY, property_columns,
                             RDB_KIND_HEADERLESS_TABLE);
-  for (const auto &[name, value] : summary_properties(path)) {
-    if (std::string_view(name) == "Slack" && path.violated)
-      summary.add_row({name, value}, {{1, violation_color, RDB_NO_COLOR}});
-    else
-      summary.add_row({name, value});
-  }
-  m_panel->add_path_chart(where, "Delay Type", "Delay (" + milli_unit(m_options.time_unit) + ")",
-                          2,
+  const std::string slack_text = path.violated ? slack + " (VIOLATED)" : slack;
+  if (path.violated)
+    summary.add_row({"Slack", slack_text}, {{1, violation_color, RDB_NO_COLOR}});
+  else
+    summary.add_row({"Slack", slack_text});
+  summary.add_row({"From Node", path.from_node});
+  summary.add_row({"To Node", path.to_node});
+  summary.add_row({"Launch Clock", path.launch_clock});
+  summary.add_row({"Latch Clock", path.latch_clock});
+  summary.add_row({"Check", path.check});
+  summary.add_row({"Data Arrival Time", format_time(path.arrival)});
+  summary.add_row({"Data Required Time", format_time(path.required)});
+  summary.add_row({"Relationship", relationship});
+  summary.add_row({"Clock Skew", skew});
+  summary.add_row({"Data Delay", data_delay});
+  m_panel->add_path_chart(where, "Delay Type", m_chart_axis, 2,
                           {{"Cell Delay", std::llround(path.cell_delay * 1000)},
                            {"Interconnect Delay", std::llround(path.ic_delay * 1000)}});
   for (auto [part, points] : {std::make_pair(RDB_PATH_PART::ARRIVAL, &path.arrival_points),

@@ -61,6 +61,7 @@ private:
   std::ostream *m_text;
   PathPanelOptions m_options;
   std::unique_ptr<RDB_TABLE_WRITER> m_summary;
+  std::string m_chart_axis;  // "Delay (ps)"
   ReportTable m_summary_text;
   std::ostringstream m_details;
   size_t m_count = 0;

@@ -94,8 +94,28 @@ TEST(TimingPanel, HoldsASummaryTableAndOnePathObjectPerPath)
     for (int row = 1; row < last_arrival; row++)
       sum += number(arrival->get_data(row, 1));
     EXPECT_NEAR(sum, number(arrival->get_data(last_arrival, 0)), 2e-3 * last_arrival);
+    // The path's own summary: property names in order, the slack flagged
+    // and coloured, the times the same as the point tables' last rows. (It
+    // has no title row: its rows count from 0.)
+    RDB_TABLE_OBJECT *properties = path->get_summary_table();
+    std::vector<std::string> names;
+    for (int row = 0; row < properties->get_number_of_rows(); row++)
+      names.push_back(properties->get_data(row, 0));
+    EXPECT_EQ(names, (std::vector<std::string>{"Slack", "From Node", "To Node", "Launch Clock",
+                                               "Latch Clock", "Check", "Data Arrival Time",
+                                               "Data Required Time", "Relationship",
+                                               "Clock Skew", "Data Delay"}));
+    EXPECT_EQ(properties->get_data(0, 1), summary->get_data(i, 0) + " (VIOLATED)");
+    ASSERT_TRUE(properties->get_element(0, 1));
+    EXPECT_EQ(properties->get_element(0, 1)->get_foreground_color(), 0xcc0000u);
+    EXPECT_EQ(properties->get_data(2, 1), summary->get_data(i, 2));  // To Node
+    EXPECT_EQ(properties->get_data(5, 1), "setup");
+    EXPECT_EQ(properties->get_data(6, 1), arrival->get_data(last_arrival, 0));
+    EXPECT_EQ(properties->get_data(7, 1), required->get_data(last_required, 0));
+    EXPECT_EQ(properties->get_data(10, 1), summary->get_data(i, 7));  // Data Delay
     // The delay chart splits the data path's delay into cell and interconnect.
     RDB_CHART_TABLE_OBJECT *chart = path->get_delay_summary_chart();
+    EXPECT_EQ(chart->get_column_names()[1], "Delay (ps)");
     ASSERT_EQ(chart->get_number_of_rows(), 3);
     EXPECT_EQ(chart->get_label(1), "Cell Delay");
     EXPECT_GT(chart->get_count(1), 0);
