@@ -30,6 +30,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 namespace vexa {
 
@@ -208,7 +209,7 @@ std::string edge_text(const sta::ClockEdge *edge)
 }
 
 // The arc kind of the step that reached a point.
-std::string arc_type(const sta::TimingArc *arc)
+std::string_view arc_type(const sta::TimingArc *arc)
 {
   if (arc == nullptr)
     return "";
@@ -366,7 +367,7 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
   // Cell and interconnect delay of the data path (after the launch point).
   for (size_t i = launch_index + 1; i < expanded.size(); i++) {
     double incr = expanded.path(i)->arrival(sta) - expanded.path(i - 1)->arrival(sta);
-    std::string type = arc_type(expanded.prevArc(i));
+    std::string_view type = arc_type(expanded.prevArc(i));
     if (type == "IC")
       record.ic_delay += unit.to_user(incr);
     else
