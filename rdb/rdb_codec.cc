@@ -14,7 +14,9 @@ CREATE TABLE rdb_panel(
   name TEXT NOT NULL UNIQUE,
   position INTEGER NOT NULL,
   enabled INTEGER NOT NULL DEFAULT 1,
-  command TEXT NOT NULL DEFAULT '');
+  command TEXT NOT NULL DEFAULT '',
+  first_object INTEGER,
+  last_object INTEGER);
 CREATE TABLE rdb_object(
   object_id INTEGER PRIMARY KEY AUTOINCREMENT,
   panel_id INTEGER NOT NULL,
@@ -26,7 +28,6 @@ CREATE TABLE rdb_object(
   properties TEXT NOT NULL DEFAULT '',
   titles BLOB,
   inline_rows BLOB);
-CREATE INDEX rdb_object_by_panel ON rdb_object(panel_id);
 CREATE TABLE rdb_text(
   object_id INTEGER PRIMARY KEY,
   body TEXT NOT NULL);
@@ -49,6 +50,17 @@ ALTER TABLE rdb_object ADD COLUMN inline_rows BLOB;
 const char* const RDB_UPGRADE_1_TO_2_FINISH_SQL = R"sql(
 DROP TABLE rdb_column;
 PRAGMA user_version = 2;
+)sql";
+
+// The ranges are filled while the old index still exists to find each
+// panel's objects.
+const char* const RDB_UPGRADE_2_TO_3_SQL = R"sql(
+ALTER TABLE rdb_panel ADD COLUMN first_object INTEGER;
+ALTER TABLE rdb_panel ADD COLUMN last_object INTEGER;
+UPDATE rdb_panel SET (first_object, last_object) =
+  (SELECT min(object_id), max(object_id) FROM rdb_object o WHERE o.panel_id = rdb_panel.panel_id);
+DROP INDEX IF EXISTS rdb_object_by_panel;
+PRAGMA user_version = 3;
 )sql";
 
 void put_varint(std::string& out, uint64_t value) {

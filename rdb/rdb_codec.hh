@@ -19,9 +19,13 @@ constexpr int32_t RDB_APPLICATION_ID = 0x43524442;
 // highest it reads. Version 1 kept column titles as one rdb_column row per
 // column and every table's rows in rdb_row_page; version 2 packs the titles
 // into rdb_object.titles and keeps a small one-page table's rows in
-// rdb_object.inline_rows. Readers read both; the writer upgrades a version 1
-// file in place before it writes.
-constexpr int RDB_SCHEMA_VERSION = 2;
+// rdb_object.inline_rows. Version 3 records each panel's range of object ids
+// in rdb_panel.first_object and last_object instead of indexing rdb_object by
+// panel: keeping that index cost every object of a large panel an extra
+// b-tree insert and delete, and only the writer ever searched it. Readers
+// read all three; the writer upgrades an older file in place before it
+// writes.
+constexpr int RDB_SCHEMA_VERSION = 3;
 // A table whose rows fit in one page blob of at most this many bytes keeps
 // them in its object row: a path panel's many small tables then cost one
 // insert each instead of two.
@@ -34,6 +38,8 @@ extern const char* const RDB_SCHEMA_SQL;
 // which the writer does row by row between the two halves.
 extern const char* const RDB_UPGRADE_1_TO_2_SQL;
 extern const char* const RDB_UPGRADE_1_TO_2_FINISH_SQL;
+// Turns a version 2 file into version 3.
+extern const char* const RDB_UPGRADE_2_TO_3_SQL;
 
 // Row pages live in one rowid table; the rowid packs the table object's id
 // and the page number, so a page is one b-tree lookup and a table's pages are

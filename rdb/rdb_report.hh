@@ -94,7 +94,7 @@ private:
   std::unique_ptr<rdb_internal::SQL_DATABASE> m_db;
   std::unique_ptr<rdb_internal::SQL_STATEMENT> m_page_query;
   std::unique_ptr<rdb_internal::SQL_STATEMENT> m_text_query;
-  // Rows of small tables kept in their object row (schema version 2).
+  // Rows of small tables kept in their object row (schema version 2 on).
   std::unique_ptr<rdb_internal::SQL_STATEMENT> m_inline_query;
   std::vector<std::unique_ptr<RDB_OBJECT>> m_objects;
   RDB_FOLDER_OBJECT* m_main_folder = nullptr;

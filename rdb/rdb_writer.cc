@@ -453,9 +453,10 @@ void RDB_PANEL_WRITER::commit() {
         position = db.query_int("SELECT coalesce(max(position), 0) + 1 FROM rdb_panel");
       }
     }
-    SQL_STATEMENT insert_panel(db, "INSERT INTO rdb_panel(name, position, enabled, command) "
-                                   "VALUES(?, ?, 1, ?)");
-    insert_panel.bind(1, panel.name).bind(2, position).bind(3, panel.command).run();
+    SQL_STATEMENT insert_panel(db, "INSERT INTO rdb_panel(name, position, enabled, command, "
+                                   "first_object, last_object) VALUES(?, ?, 1, ?, ?, ?)");
+    insert_panel.bind(1, panel.name).bind(2, position).bind(3, panel.command)
+        .bind(4, panel.objects.front().id).bind(5, panel.objects.back().id).run();
     int64_t panel_id = db.last_insert_rowid();
 
     SQL_STATEMENT insert_object(db, "INSERT INTO rdb_object(object_id, panel_id, parent_id, "
@@ -608,6 +609,8 @@ void RDB_WRITER::upgrade_schema() {
       titles.reset();
       db.exec(RDB_UPGRADE_1_TO_2_FINISH_SQL);
     }
+    if (db.query_int("PRAGMA user_version") == 2)
+      db.exec(RDB_UPGRADE_2_TO_3_SQL);
     db.exec("COMMIT");
   } catch (...) {
     sqlite3_exec(db.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
@@ -656,14 +659,14 @@ void RDB_WRITER::in_transaction(const std::function<void()>& work) {
 void RDB_WRITER::delete_panel_data(int64_t panel_id) {
   SQL_DATABASE& db = *m_db;
   // A panel's objects are numbered consecutively when it is committed (one
-  // writer at a time, under the write lock), so its pages, commands and texts
-  // are each one range of keys.
+  // writer at a time, under the write lock), so they, their pages, commands
+  // and texts are each one range of keys, and the panel row keeps the range.
   int64_t first = 0, last = -1;
   {
-    SQL_STATEMENT range(db, "SELECT min(object_id), max(object_id) FROM rdb_object "
+    SQL_STATEMENT range(db, "SELECT first_object, last_object FROM rdb_panel "
                             "WHERE panel_id = ?");
     range.bind(1, panel_id);
-    if (range.step() && !range.column_is_null(0)) {
+    if (range.step() && !range.column_is_null(0) && !range.column_is_null(1)) {
       first = range.column_int(0);
       last = range.column_int(1);
     }
@@ -675,18 +678,19 @@ void RDB_WRITER::delete_panel_data(int64_t panel_id) {
     commands.bind(1, first).bind(2, last).run();
     SQL_STATEMENT texts(db, "DELETE FROM rdb_text WHERE object_id BETWEEN ? AND ?");
     texts.bind(1, first).bind(2, last).run();
+    SQL_STATEMENT objects(db, "DELETE FROM rdb_object WHERE object_id BETWEEN ? AND ?");
+    objects.bind(1, first).bind(2, last).run();
   }
-  SQL_STATEMENT objects(db, "DELETE FROM rdb_object WHERE panel_id = ?");
-  objects.bind(1, panel_id).run();
   SQL_STATEMENT panel(db, "DELETE FROM rdb_panel WHERE panel_id = ?");
   panel.bind(1, panel_id).run();
 }
 
 std::vector<RDB_PANEL_INFO> RDB_WRITER::list_panels() {
   std::vector<RDB_PANEL_INFO> panels;
+  // A panel's top object is the first one it created.
   SQL_STATEMENT query(*m_db, "SELECT p.name, p.enabled, p.command, "
-                             "(SELECT kind FROM rdb_object o WHERE o.panel_id = p.panel_id "
-                             "AND o.parent_id IS NULL) FROM rdb_panel p ORDER BY p.position");
+                             "(SELECT kind FROM rdb_object o WHERE o.object_id = p.first_object) "
+                             "FROM rdb_panel p ORDER BY p.position");
   while (query.step())
     panels.push_back(RDB_PANEL_INFO{query.column_text(0), query.column_int(1) != 0,
                                     query.column_text(2), static_cast<int>(query.column_int(3))});

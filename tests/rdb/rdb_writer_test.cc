@@ -272,29 +272,27 @@ TEST_F(RDB_WRITER_TEST, DeletingPanelsRemovesThemAndTheirRows) {
   EXPECT_EQ(report->get_main_folder()->get_number_of_children(), 0);
 }
 
-// Version 1 files kept titles as rows of rdb_column and every table's rows in
-// rdb_row_page. Such a file is made from a current one by moving the data
-// back; it must read the same, and a writer must upgrade it before writing.
-TEST_F(RDB_WRITER_TEST, AVersionOneFileIsReadAndUpgradedByTheWriter) {
-  {
-    RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
-    write_table_panel(writer, "Big", 300);
-    write_table_panel(writer, "Small", 3);
-  }
-  {
-    rdb_internal::SQL_DATABASE db(m_file, true, false, 1000);
-    db.exec("BEGIN;"
-            "CREATE TABLE rdb_column(object_id INTEGER NOT NULL, col INTEGER NOT NULL, "
-            "  title TEXT NOT NULL, PRIMARY KEY(object_id, col)) WITHOUT ROWID;"
-            "INSERT INTO rdb_column SELECT object_id, 0, 'Name' FROM rdb_object;"
-            "INSERT INTO rdb_column SELECT object_id, 1, 'Index' FROM rdb_object;"
-            "INSERT INTO rdb_row_page SELECT object_id << 32, inline_rows FROM rdb_object "
-            "  WHERE inline_rows IS NOT NULL;"
-            "ALTER TABLE rdb_object DROP COLUMN titles;"
-            "ALTER TABLE rdb_object DROP COLUMN inline_rows;"
-            "PRAGMA user_version = 1;"
-            "COMMIT");
-  }
+// Older files are made from a current one by moving the data back. Version 2
+// indexed rdb_object by panel instead of keeping each panel's range of ids;
+// version 1 also kept titles as rows of rdb_column and every table's rows in
+// rdb_row_page. Such a file must read the same, and a writer must upgrade it
+// before writing, so that replacing and deleting its panels leaves nothing
+// behind.
+TEST_F(RDB_WRITER_TEST, OlderFilesAreReadAndUpgradedByTheWriter) {
+  const char* to_version_2 = "ALTER TABLE rdb_panel DROP COLUMN first_object;"
+                             "ALTER TABLE rdb_panel DROP COLUMN last_object;"
+                             "CREATE INDEX rdb_object_by_panel ON rdb_object(panel_id);"
+                             "PRAGMA user_version = 2;";
+  const char* to_version_1 =
+      "CREATE TABLE rdb_column(object_id INTEGER NOT NULL, col INTEGER NOT NULL, "
+      "  title TEXT NOT NULL, PRIMARY KEY(object_id, col)) WITHOUT ROWID;"
+      "INSERT INTO rdb_column SELECT object_id, 0, 'Name' FROM rdb_object;"
+      "INSERT INTO rdb_column SELECT object_id, 1, 'Index' FROM rdb_object;"
+      "INSERT INTO rdb_row_page SELECT object_id << 32, inline_rows FROM rdb_object "
+      "  WHERE inline_rows IS NOT NULL;"
+      "ALTER TABLE rdb_object DROP COLUMN titles;"
+      "ALTER TABLE rdb_object DROP COLUMN inline_rows;"
+      "PRAGMA user_version = 1;";
   auto check = [](const RDB_REPORT& report, const char* panel, int rows) {
     SCOPED_TRACE(panel);
     auto* table = dynamic_cast<RDB_TABLE_OBJECT*>(report.find_object(panel));
@@ -304,24 +302,77 @@ TEST_F(RDB_WRITER_TEST, AVersionOneFileIsReadAndUpgradedByTheWriter) {
     EXPECT_EQ(table->get_data(rows, 0), "r" + std::to_string(rows - 1));
     EXPECT_EQ(report.get_error(), "");
   };
-  {
+  auto write_path_panel = [](RDB_WRITER& writer, int paths) {
+    RDB_PANEL_WRITER panel = writer.begin_panel("Paths");
+    for (int i = 1; i <= paths; ++i) {
+      std::string where = "Path " + std::to_string(i);
+      panel.add_path(where, -0.25 * i, true);
+      panel.add_path_table(where, RDB_PATH_PART::SUMMARY, {"Name", "Index"}).add_row({"a", "b"});
+      panel.add_path_chart(where, "X", "Y", 1, {{"cell", 2}});
+      panel.add_path_table(where, RDB_PATH_PART::ARRIVAL, {"Name", "Index"});
+      panel.add_path_table(where, RDB_PATH_PART::REQUIRED, {"Name", "Index"});
+    }
+    panel.add_text("Note", "n");
+    panel.commit();
+  };
+  for (int version : {1, 2}) {
+    SCOPED_TRACE(version);
+    std::filesystem::remove(m_file);
+    {
+      RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+      write_table_panel(writer, "Big", 300);
+      write_path_panel(writer, 3);
+      write_table_panel(writer, "Small", 3);
+    }
+    {
+      rdb_internal::SQL_DATABASE db(m_file, true, false, 1000);
+      db.exec("BEGIN");
+      db.exec(to_version_2);
+      if (version == 1)
+        db.exec(to_version_1);
+      db.exec("COMMIT");
+    }
+    {
+      auto report = RDB_REPORT::open(m_file);
+      EXPECT_EQ(report->get_schema_version(), version);
+      check(*report, "Big", 300);
+      check(*report, "Small", 3);
+      EXPECT_NE(report->find_object("Paths||Path 3||Data Required Path"), nullptr);
+    }
+    {
+      RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+      // The upgrade found each panel's range: the path panel's top object
+      // still gives its kind.
+      EXPECT_EQ(writer.list_panels()[1].kind, RDB_KIND_FOLDER);
+      write_table_panel(writer, "New", 2);
+      write_table_panel(writer, "Big", 1);  // the old panel's pages go
+      write_path_panel(writer, 1);
+      EXPECT_TRUE(writer.delete_panel("Small"));  // a page of its own in version 1
+    }
     auto report = RDB_REPORT::open(m_file);
-    check(*report, "Big", 300);
-    check(*report, "Small", 3);
+    check(*report, "New", 2);
+    check(*report, "Big", 1);
+    EXPECT_EQ(report->find_object("Paths||Path 2"), nullptr);
+    EXPECT_NE(report->find_object("Paths||Path 1||Path Summary"), nullptr);
+    EXPECT_EQ(report->find_object("Small"), nullptr);
+    rdb_internal::SQL_DATABASE db(m_file, false, false, 1000);
+    EXPECT_EQ(db.query_int("PRAGMA user_version"), 3);
+    EXPECT_EQ(db.query_int("SELECT count(*) FROM sqlite_schema WHERE name IN "
+                           "('rdb_column', 'rdb_object_by_panel')"),
+              0);
+    // Nothing of a replaced or deleted panel is left: every object belongs
+    // to a panel whose range holds it, and every page and text to an object.
+    EXPECT_EQ(db.query_int("SELECT count(*) FROM rdb_object o LEFT JOIN rdb_panel p "
+                           "ON o.panel_id = p.panel_id AND o.object_id BETWEEN p.first_object "
+                           "AND p.last_object WHERE p.panel_id IS NULL"),
+              0);
+    EXPECT_EQ(db.query_int("SELECT sum(last_object - first_object + 1) FROM rdb_panel"),
+              db.query_int("SELECT count(*) FROM rdb_object"));
+    EXPECT_EQ(db.query_int("SELECT count(*) FROM rdb_row_page"), 0);  // all small now
+    EXPECT_EQ(db.query_int("SELECT count(*) FROM rdb_text WHERE object_id NOT IN "
+                           "(SELECT object_id FROM rdb_object)"),
+              0);
   }
-  {
-    RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
-    write_table_panel(writer, "New", 2);
-    write_table_panel(writer, "Big", 1);  // the old panel's pages go
-  }
-  auto report = RDB_REPORT::open(m_file);
-  check(*report, "Small", 3);
-  check(*report, "New", 2);
-  check(*report, "Big", 1);
-  rdb_internal::SQL_DATABASE db(m_file, false, false, 1000);
-  EXPECT_EQ(db.query_int("PRAGMA user_version"), 2);
-  EXPECT_EQ(db.query_int("SELECT count(*) FROM sqlite_schema WHERE name = 'rdb_column'"), 0);
-  EXPECT_EQ(db.query_int("SELECT count(*) FROM rdb_row_page"), 1);  // Small's, from version 1
 }
 
 TEST_F(RDB_WRITER_TEST, AValueSqliteRefusesToBindIsAnErrorNotANull) {
