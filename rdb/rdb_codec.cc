@@ -71,10 +71,30 @@ void put_varint(std::string& out, uint64_t value) {
   out.push_back(static_cast<char>(value));
 }
 
-static void put_u32(std::string& out, uint32_t value) {
-  char bytes[4] = {static_cast<char>(value), static_cast<char>(value >> 8),
-                   static_cast<char>(value >> 16), static_cast<char>(value >> 24)};
-  out.append(bytes, 4);
+char* put_varint(char* out, uint64_t value) {
+  while (value >= 0x80) {
+    *out++ = static_cast<char>((value & 0x7f) | 0x80);
+    value >>= 7;
+  }
+  *out++ = static_cast<char>(value);
+  return out;
+}
+
+static size_t varint_size(uint64_t value) {
+  size_t size = 1;
+  while (value >= 0x80) {
+    value >>= 7;
+    ++size;
+  }
+  return size;
+}
+
+static char* put_u32(char* out, uint32_t value) {
+  out[0] = static_cast<char>(value);
+  out[1] = static_cast<char>(value >> 8);
+  out[2] = static_cast<char>(value >> 16);
+  out[3] = static_cast<char>(value >> 24);
+  return out + 4;
 }
 
 namespace {
@@ -138,22 +158,35 @@ bool decode_titles(std::string_view blob, std::vector<std::string>& titles) {
   return in.p == in.end;
 }
 
-void encode_row(std::string& out, const std::string_view* cells, size_t cell_count,
-                size_t columns, const RDB_CELL_COLOR* colors, size_t color_count) {
+size_t encoded_row_size(const std::string_view* cells, size_t cell_count, size_t columns,
+                        const RDB_CELL_COLOR* colors, size_t color_count) {
+  size_t size = varint_size(color_count);
+  for (size_t c = 0; c < columns; ++c)
+    size += c < cell_count ? varint_size(cells[c].size()) + cells[c].size() : 1;
+  for (size_t i = 0; i < color_count; ++i)
+    size += varint_size(static_cast<uint64_t>(colors[i].column)) + 8;
+  return size;
+}
+
+char* encode_row(char* out, const std::string_view* cells, size_t cell_count, size_t columns,
+                 const RDB_CELL_COLOR* colors, size_t color_count) {
   for (size_t c = 0; c < columns; ++c) {
     if (c < cell_count) {
-      put_varint(out, cells[c].size());
-      out.append(cells[c]);
+      out = put_varint(out, cells[c].size());
+      if (!cells[c].empty())
+        std::memcpy(out, cells[c].data(), cells[c].size());
+      out += cells[c].size();
     } else {
-      out.push_back(0);
+      *out++ = 0;
     }
   }
-  put_varint(out, color_count);
+  out = put_varint(out, color_count);
   for (size_t i = 0; i < color_count; ++i) {
-    put_varint(out, static_cast<uint64_t>(colors[i].column));
-    put_u32(out, colors[i].foreground);
-    put_u32(out, colors[i].background);
+    out = put_varint(out, static_cast<uint64_t>(colors[i].column));
+    out = put_u32(out, colors[i].foreground);
+    out = put_u32(out, colors[i].background);
   }
+  return out;
 }
 
 bool decode_page(std::string_view blob, size_t columns, std::vector<RDB_TABLE_ROW>& rows) {
@@ -188,22 +221,50 @@ bool decode_page(std::string_view blob, size_t columns, std::vector<RDB_TABLE_RO
   return in.p == in.end;
 }
 
+void put_property(std::string& out, std::string_view key, std::string_view value) {
+  out += key;
+  out += '=';
+  for (char ch : value) {
+    if (ch == '\\')
+      out += "\\\\";
+    else if (ch == '\n')
+      out += "\\n";
+    else
+      out += ch;
+  }
+  out += '\n';
+}
+
 std::string encode_properties(const std::map<std::string, std::string>& properties) {
   std::string out;
-  for (const auto& [key, value] : properties) {
-    out += key;
-    out += '=';
-    for (char ch : value) {
-      if (ch == '\\')
-        out += "\\\\";
-      else if (ch == '\n')
-        out += "\\n";
-      else
-        out += ch;
-    }
-    out += '\n';
-  }
+  for (const auto& [key, value] : properties)
+    put_property(out, key, value);
   return out;
+}
+
+void merge_properties(std::string& out, std::string_view encoded,
+                      const std::pair<std::string_view, std::string_view>* extra, size_t count) {
+  size_t next = 0;
+  size_t pos = 0;
+  while (pos < encoded.size()) {
+    size_t eol = encoded.find('\n', pos);
+    eol = eol == std::string_view::npos ? encoded.size() : eol + 1;
+    std::string_view line = encoded.substr(pos, eol - pos);
+    pos = eol;
+    std::string_view key = line.substr(0, line.find('='));
+    while (next < count && extra[next].first < key) {
+      put_property(out, extra[next].first, extra[next].second);
+      ++next;
+    }
+    if (next < count && extra[next].first == key) {
+      put_property(out, extra[next].first, extra[next].second);
+      ++next;
+      continue;
+    }
+    out += line;
+  }
+  for (; next < count; ++next)
+    put_property(out, extra[next].first, extra[next].second);
 }
 
 std::map<std::string, std::string> decode_properties(std::string_view text) {

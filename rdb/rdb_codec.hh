@@ -9,6 +9,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace rdb_internal {
@@ -46,16 +47,22 @@ extern const char* const RDB_UPGRADE_2_TO_3_SQL;
 // one contiguous range.
 inline int64_t page_key(int64_t object_id, int64_t page) { return (object_id << 32) | page; }
 
-// Appends one row: per column a varint length and the bytes, then a varint
-// count of coloured cells and per coloured cell a varint column and the
-// foreground and background as 4-byte little-endian values. Missing cells
-// are written empty.
-void encode_row(std::string& out, const std::string_view* cells, size_t cell_count,
-                size_t columns, const RDB_CELL_COLOR* colors, size_t color_count);
+// One row: per column a varint length and the bytes, then a varint count of
+// coloured cells and per coloured cell a varint column and the foreground and
+// background as 4-byte little-endian values. Missing cells are written
+// empty. The writer sizes a row first and then writes it straight into its
+// table's page buffer: encode_row writes exactly encoded_row_size bytes at
+// `out` and returns the end.
+size_t encoded_row_size(const std::string_view* cells, size_t cell_count, size_t columns,
+                        const RDB_CELL_COLOR* colors, size_t color_count);
+char* encode_row(char* out, const std::string_view* cells, size_t cell_count, size_t columns,
+                 const RDB_CELL_COLOR* colors, size_t color_count);
 // Decodes a page blob (a varint row count, then the rows). False when the
 // blob is malformed.
 bool decode_page(std::string_view blob, size_t columns, std::vector<RDB_TABLE_ROW>& rows);
 void put_varint(std::string& out, uint64_t value);
+// Writes the varint at `out` (at most 10 bytes) and returns the end.
+char* put_varint(char* out, uint64_t value);
 // Column titles packed into one blob: a varint count, then per title a
 // varint byte length and the UTF-8 bytes. Decoding returns false for a
 // malformed blob.
@@ -66,6 +73,14 @@ bool decode_titles(std::string_view blob, std::vector<std::string>& titles);
 // values are escaped as "\\" and "\n".
 std::string encode_properties(const std::map<std::string, std::string>& properties);
 std::map<std::string, std::string> decode_properties(std::string_view text);
+// The same text without a map: put_property appends one line as
+// encode_properties writes it (the caller appends keys in sorted order), and
+// merge_properties appends `encoded` with the `count` lines of `extra`
+// (sorted by key) merged in key order, a key of `extra` replacing the same
+// key of `encoded`, as if both had gone through one map.
+void put_property(std::string& out, std::string_view key, std::string_view value);
+void merge_properties(std::string& out, std::string_view encoded,
+                      const std::pair<std::string_view, std::string_view>* extra, size_t count);
 
 // Shortest text that reads back as the same double.
 std::string format_double(double value);

@@ -114,6 +114,14 @@ SQL_STATEMENT& SQL_STATEMENT::bind(int index, std::string_view text) {
   return *this;
 }
 
+SQL_STATEMENT& SQL_STATEMENT::bind_static(int index, std::string_view text) {
+  // (A view without data would bind NULL, not an empty text.)
+  check_bind(sqlite3_bind_text64(m_stmt, index, text.data() ? text.data() : "", text.size(),
+                                 SQLITE_STATIC, SQLITE_UTF8),
+             index);
+  return *this;
+}
+
 SQL_STATEMENT& SQL_STATEMENT::bind_blob(int index, const void* data, size_t size) {
   check_bind(sqlite3_bind_blob64(m_stmt, index, data, size, SQLITE_STATIC), index);
   return *this;

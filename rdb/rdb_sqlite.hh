@@ -37,6 +37,10 @@ public:
   SQL_STATEMENT& bind(int index, std::string_view text);
   SQL_STATEMENT& bind(int index, const char* text) { return bind(index, std::string_view(text)); }
   SQL_STATEMENT& bind(int index, const std::string& text) { return bind(index, std::string_view(text)); }
+  // Binds the text without copying it: it must stay as it is until the
+  // statement has run or been reset.
+  SQL_STATEMENT& bind_static(int index, std::string_view text);
+  // Blobs are never copied either.
   SQL_STATEMENT& bind_blob(int index, const void* data, size_t size);
   SQL_STATEMENT& bind_null(int index);
 

@@ -4,10 +4,14 @@
 #include "rdb/rdb_sqlite.hh"
 #include "rdb/rdb_tcl_cmd.hh"
 
-#include <deque>
+#include <algorithm>
+#include <charconv>
+#include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 
 using namespace rdb_internal;
 
@@ -18,43 +22,156 @@ namespace rdb_internal {
 constexpr const char* kPathParts[] = {RDB_PATH_SUMMARY_NAME, RDB_PATH_CHART_NAME,
                                       RDB_PATH_ARRIVAL_NAME, RDB_PATH_REQUIRED_NAME};
 
+// 1 + the index in kPathParts of `name`, or 0 when it names no part.
+static unsigned path_part_of(std::string_view name) {
+  for (unsigned i = 0; i < 4; ++i)
+    if (name == kPathParts[i])
+      return i + 1;
+  return 0;
+}
+
+// A list whose elements stay in place as it grows, allocated a block of N at
+// a time: a path report of 27,000 objects then costs a hundred allocations
+// for them instead of one or more per object, both to build and to free.
+template <typename T, size_t N>
+class BLOCK_LIST {
+public:
+  T& emplace_back() {
+    if (m_size % N == 0)
+      m_blocks.push_back(std::make_unique<T[]>(N));
+    return m_blocks.back()[m_size++ % N];
+  }
+  T& operator[](size_t i) { return m_blocks[i / N][i % N]; }
+  T& front() { return (*this)[0]; }
+  T& back() { return (*this)[m_size - 1]; }
+  size_t size() const { return m_size; }
+
+private:
+  std::vector<std::unique_ptr<T[]>> m_blocks;
+  size_t m_size = 0;
+};
+
+// The rows of a table's current page, encoded, after room for the page's row
+// count: the count goes in front when the page is stored, so the bytes form
+// the stored blob where they are, with no copy into a second buffer.
+struct ROW_BUFFER {
+  static constexpr size_t kCountRoom = 5;  // the varint of a row count below 2^35
+  char* data = nullptr;
+  size_t size = 0;  // bytes in use, the count's room included
+  size_t capacity = 0;
+  std::unique_ptr<char[]> own;  // set when the buffer had to leave the arena
+};
+
+// The row bytes of a panel's tables. Most tables of a path report are small
+// and filled before the next one starts: each takes the rest of a large
+// shared block, grows there for free, and gives back what it did not use when
+// the next table takes its place. A panel of 27,000 small tables so needs a
+// few dozen blocks, not several allocations per table. A table that grows
+// after another one took the bytes behind it (a summary table with a row per
+// path) moves to a buffer of its own.
+class ROW_ARENA {
+public:
+  // Makes room for `more` bytes after the buffer's `size`.
+  void reserve(ROW_BUFFER& buffer, size_t more);
+
+private:
+  static constexpr size_t kBlockBytes = 256 * 1024;
+  std::vector<std::unique_ptr<char[]>> m_blocks;
+  char* m_next = nullptr;  // the first byte no buffer holds
+  char* m_end = nullptr;
+  ROW_BUFFER* m_tail = nullptr;  // the buffer that holds the bytes up to m_end
+};
+
+void ROW_ARENA::reserve(ROW_BUFFER& buffer, size_t more) {
+  size_t need = buffer.size + more;
+  if (need <= buffer.capacity)
+    return;
+  if (buffer.data && &buffer != m_tail) {
+    // Another table's bytes follow: double into a buffer of its own.
+    size_t capacity = std::max({need, 2 * buffer.capacity, size_t(256)});
+    std::unique_ptr<char[]> own(new char[capacity]);
+    std::memcpy(own.get(), buffer.data, buffer.size);
+    buffer.own = std::move(own);
+    buffer.data = buffer.own.get();
+    buffer.capacity = capacity;
+    return;
+  }
+  if (m_tail && m_tail != &buffer) {
+    // The tail keeps what it holds; should it grow again, it moves.
+    m_next = m_tail->data + m_tail->size;
+    m_tail->capacity = m_tail->size;
+  }
+  if (static_cast<size_t>(m_end - m_next) < need) {
+    // The tail outgrew its block (its old bytes there stay unused), or a new
+    // buffer does not fit in what is left.
+    size_t size = std::max(kBlockBytes, 2 * need);
+    m_blocks.push_back(std::unique_ptr<char[]>(new char[size]));
+    m_next = m_blocks.back().get();
+    m_end = m_next + size;
+  }
+  if (buffer.size)
+    std::memmove(m_next, buffer.data, buffer.size);
+  buffer.data = m_next;
+  buffer.capacity = m_end - m_next;
+  m_next = m_end;
+  m_tail = &buffer;
+}
+
+struct TABLE_STATE;
+
 struct OBJECT_STATE {
   int64_t id = 0;
-  int64_t parent_id = 0;  // 0: the panel's top object
-  int64_t position = 0;
-  int kind = 0;
-  std::string path;  // relative to the panel
-  // The last part of the path (the panel's name for the top object): a view,
-  // since the deque never moves an object and the panel outlives them all.
+  OBJECT_STATE* parent = nullptr;  // null: the panel's top object
+  // Relative to the panel. Empty for the top object and for the parts of a
+  // path object, which follow from their parent's (see full_path): a path
+  // report has four parts per path, and not keeping their paths spares a
+  // string and an index entry each.
+  std::string path;
+  // The last part of the path (the panel's name for the top object, the
+  // name in kPathParts for a part): a view, since objects never move and the
+  // panel outlives them all.
   std::string_view name;
-  bool enabled = true;
-  // Packed as stored (see encode_properties): a map per object cost more to
-  // build and free than the rest of the object. A table's "rows" and
-  // "page_rows" are merged in when the panel is committed.
-  std::string properties;
-  // A table's column titles, packed as stored (see encode_titles).
-  std::string titles;
-  std::vector<RDB_TCL_COMMAND> commands;
-  std::optional<std::string> text;
-  // The rows of a small one-page table, stored in the object row itself.
-  std::optional<std::string> inline_rows;
-  int children = 0;
-  // For a path object: which of its four sub-objects were added (bit i for
-  // the i-th of kPathParts), so that commit() need not look each one up.
-  unsigned path_parts = 0;
+  // Packed as stored (see encode_properties) and shared by objects with the
+  // same (see PANEL_STATE::intern); null for none. A table's "rows" and
+  // "page_rows" and a path object's properties are composed when the object
+  // is stored.
+  const std::string* properties = nullptr;
   TABLE_STATE* table = nullptr;
+  double slack = 0;  // of a path object
+  int kind = 0;
+  int position = 0;
+  int children = 0;
+  // For a part of a path object: 1 + its index in kPathParts, else 0.
+  unsigned char part = 0;
+  // For a path object: which of its four parts were added (bit i for the
+  // i-th of kPathParts); this is also what refuses a second one.
+  unsigned char path_parts = 0;
+  bool enabled = true;
+  bool violated = false;  // of a path object
 };
+
+// An object's path relative to the panel.
+static std::string full_path(const OBJECT_STATE& object) {
+  if (!object.part || object.parent->path.empty())
+    return object.part ? std::string(object.name) : object.path;
+  return object.parent->path + RDB_PATH_SEPARATOR + std::string(object.name);
+}
 
 struct TABLE_STATE {
   PANEL_STATE* panel = nullptr;
   OBJECT_STATE* object = nullptr;
+  // The column titles packed as stored (see encode_titles), shared by the
+  // panel's tables with the same.
+  const std::string* titles = nullptr;
   size_t columns = 0;
   int page_rows = RDB_DEFAULT_PAGE_ROWS;
+  int rows_in_page = 0;
   int64_t rows = 0;
   int64_t page = 0;
-  int rows_in_page = 0;
-  std::string buffer;
-  std::string blob;
+  ROW_BUFFER buffer;
+  // The rows of a small one-page table, stored in the object row itself: a
+  // view of the buffer, which stays as it is from then on.
+  std::string_view inline_rows;
   // Stores the rows buffered so far as a page. The last flush of a table
   // that never filled a page keeps a small page in the object instead.
   void flush(bool last = false);
@@ -66,37 +183,115 @@ struct PANEL_STATE {
   std::string command;
   int page_rows = RDB_DEFAULT_PAGE_ROWS;
   int64_t next_id = 1;
-  // A deque keeps the objects in place without one allocation each.
-  std::deque<OBJECT_STATE> objects;
-  // Looked up several times per object added: hashed, not ordered. The keys
-  // view the objects' own paths, which the deque never moves.
+  BLOCK_LIST<OBJECT_STATE, 512> objects;
+  BLOCK_LIST<TABLE_STATE, 256> tables;
+  ROW_ARENA rows;
+  // Every object but the parts of path objects, by path. Hashed, not
+  // ordered; the keys view the objects' own paths.
   std::unordered_map<std::string_view, OBJECT_STATE*> by_path;
-  std::vector<std::unique_ptr<TABLE_STATE>> tables;
+  // Titles and properties: tables of one shape share their packed titles,
+  // and path charts their properties.
+  std::unordered_set<std::string> shared;
+  const std::string* last_titles = nullptr;
+  // Texts and command templates of the few objects that have them.
+  std::vector<std::pair<int64_t, std::string>> texts;
+  std::vector<std::pair<int64_t, std::vector<RDB_TCL_COMMAND>>> commands;
+  // Reused to pack titles and properties.
+  std::string scratch;
   std::optional<SQL_STATEMENT> insert_page;
+  OBJECT_STATE* top = nullptr;
   // The parent of the object added last: a path's four parts follow it, and
   // reaching their parent again need not look up every folder above it.
   OBJECT_STATE* last_parent = nullptr;
+  // The path object added or reached last, which its parts name next.
+  OBJECT_STATE* last_path = nullptr;
+
+  const std::string* intern(const std::string& text) { return &*shared.insert(text).first; }
+  // Packs titles (empty ones when not `titled`) into `scratch` and interns them.
+  template <typename NAME>
+  const std::string* titles_of(const NAME* names, size_t count, bool titled);
+  OBJECT_STATE* create(std::string_view path, size_t name_size, int kind, OBJECT_STATE* parent,
+                       unsigned part);
+  // The part of a path object that `where` names, if it was added.
+  OBJECT_STATE* find_part(std::string_view where);
 };
+
+template <typename NAME>
+const std::string* PANEL_STATE::titles_of(const NAME* names, size_t count, bool titled) {
+  scratch.clear();
+  put_varint(scratch, count);
+  for (size_t i = 0; i < count; ++i) {
+    if (titled) {
+      put_varint(scratch, names[i].size());
+      scratch.append(names[i]);
+    } else {
+      scratch.push_back(0);
+    }
+  }
+  // The arrival and required tables of a path follow each other.
+  if (!last_titles || *last_titles != scratch)
+    last_titles = intern(scratch);
+  return last_titles;
+}
+
+OBJECT_STATE* PANEL_STATE::create(std::string_view path, size_t name_size, int kind,
+                                  OBJECT_STATE* parent, unsigned part) {
+  OBJECT_STATE* object = &objects.emplace_back();
+  object->id = next_id++;
+  object->kind = kind;
+  object->part = static_cast<unsigned char>(part);
+  object->parent = parent;
+  if (part) {
+    object->name = kPathParts[part - 1];
+  } else if (!parent) {
+    object->name = this->name;
+  } else {
+    object->path.assign(path);
+    object->name = std::string_view(object->path).substr(path.size() - name_size);
+  }
+  if (parent)
+    object->position = parent->children++;
+  else
+    top = object;
+  if (!part)
+    by_path.emplace(object->path, object);
+  return object;
+}
+
+OBJECT_STATE* PANEL_STATE::find_part(std::string_view where) {
+  size_t cut = where.rfind(RDB_PATH_SEPARATOR);
+  if (cut == 0)
+    return nullptr;
+  unsigned part = path_part_of(cut == std::string_view::npos ? where : where.substr(cut + 2));
+  auto parent = by_path.find(cut == std::string_view::npos ? std::string_view() : where.substr(0, cut));
+  if (!part || parent == by_path.end() || parent->second->kind != RDB_KIND_PATH ||
+      !(parent->second->path_parts & (1u << (part - 1))))
+    return nullptr;
+  // Parts come after their parent, mostly right after it.
+  for (size_t i = parent->second->id - objects.front().id + 1; i < objects.size(); ++i)
+    if (objects[i].parent == parent->second && objects[i].part == part)
+      return &objects[i];
+  return nullptr;
+}
 
 void TABLE_STATE::flush(bool last) {
   if (rows_in_page == 0)
     return;
-  blob.clear();
-  put_varint(blob, static_cast<uint64_t>(rows_in_page));
-  blob += buffer;
-  if (last && page == 0 && blob.size() <= RDB_INLINE_ROWS_BYTES) {
-    object->inline_rows = std::move(blob);
-    blob.clear();
-    rows_in_page = 0;
-    buffer.clear();
+  char count[10];
+  size_t count_size = put_varint(count, static_cast<uint64_t>(rows_in_page)) - count;
+  char* blob = buffer.data + ROW_BUFFER::kCountRoom - count_size;
+  std::memcpy(blob, count, count_size);
+  size_t blob_size = buffer.size - ROW_BUFFER::kCountRoom + count_size;
+  rows_in_page = 0;
+  if (last && page == 0 && blob_size <= RDB_INLINE_ROWS_BYTES) {
+    inline_rows = std::string_view(blob, blob_size);
     return;
   }
   panel->insert_page->bind(1, page_key(object->id, page));
-  panel->insert_page->bind_blob(2, blob.data(), blob.size());
+  panel->insert_page->bind_blob(2, blob, blob_size);
   panel->insert_page->run();
   ++page;
-  rows_in_page = 0;
-  buffer.clear();
+  buffer.size = ROW_BUFFER::kCountRoom;
 }
 
 }  // namespace rdb_internal
@@ -111,14 +306,23 @@ void RDB_TABLE_WRITER::add_row(const std::string_view* cells, size_t cell_count,
   TABLE_STATE& table = *m_state;
   const std::string& file = table.panel->db->file();
   if (cell_count > table.columns)
-    throw RDB_ERROR(file, "a row of \"" + table.object->path + "\" has " +
+    throw RDB_ERROR(file, "a row of \"" + full_path(*table.object) + "\" has " +
                               std::to_string(cell_count) + " cells but the table has " +
                               std::to_string(table.columns) + " columns");
   for (size_t i = 0; i < color_count; ++i)
     if (colors[i].column < 0 || static_cast<size_t>(colors[i].column) >= table.columns)
-      throw RDB_ERROR(file, "a cell colour of \"" + table.object->path + "\" names column " +
+      throw RDB_ERROR(file, "a cell colour of \"" + full_path(*table.object) + "\" names column " +
                                 std::to_string(colors[i].column) + ", outside the table");
-  encode_row(table.buffer, cells, cell_count, table.columns, colors, color_count);
+  ROW_BUFFER& buffer = table.buffer;
+  size_t size = encoded_row_size(cells, cell_count, table.columns, colors, color_count);
+  if (buffer.size == 0) {
+    table.panel->rows.reserve(buffer, ROW_BUFFER::kCountRoom + size);
+    buffer.size = ROW_BUFFER::kCountRoom;
+  } else {
+    table.panel->rows.reserve(buffer, size);
+  }
+  encode_row(buffer.data + buffer.size, cells, cell_count, table.columns, colors, color_count);
+  buffer.size += size;
   ++table.rows;
   if (++table.rows_in_page >= table.page_rows)
     table.flush();
@@ -126,8 +330,16 @@ void RDB_TABLE_WRITER::add_row(const std::string_view* cells, size_t cell_count,
 
 void RDB_TABLE_WRITER::add_row(const std::vector<std::string>& cells,
                                const std::vector<RDB_CELL_COLOR>& colors) {
-  std::vector<std::string_view> views(cells.begin(), cells.end());
-  add_row(views.data(), views.size(), colors.data(), colors.size());
+  // Rows of a few cells need no allocation for their views.
+  std::string_view few[16];
+  std::vector<std::string_view> many;
+  std::string_view* views = few;
+  if (cells.size() > std::size(few)) {
+    many.resize(cells.size());
+    views = many.data();
+  }
+  std::copy(cells.begin(), cells.end(), views);
+  add_row(views, cells.size(), colors.data(), colors.size());
 }
 
 void RDB_TABLE_WRITER::add_row(std::initializer_list<std::string_view> cells,
@@ -143,6 +355,26 @@ int RDB_TABLE_WRITER::get_number_of_columns() const {
 
 // ---------------------------------------------------------------------------
 // Panels
+
+namespace {
+const std::string kHtmlText = "html=1\n";
+const std::string kPlainText = "html=0\n";
+
+std::string path_child(const std::string& path_where, const char* name) {
+  return path_where.empty() ? std::string(name) : path_where + RDB_PATH_SEPARATOR + name;
+}
+
+const char* table_part_name(RDB_PATH_PART part) {
+  return part == RDB_PATH_PART::SUMMARY   ? RDB_PATH_SUMMARY_NAME
+         : part == RDB_PATH_PART::ARRIVAL ? RDB_PATH_ARRIVAL_NAME
+                                          : RDB_PATH_REQUIRED_NAME;
+}
+
+void check_table_kind(int kind) {
+  if (kind != RDB_KIND_TABLE && kind != RDB_KIND_HEADERLESS_TABLE && kind != RDB_KIND_DETAIL_TABLE)
+    throw RDB_ERROR("", "table kind " + std::to_string(kind) + " is not 4, 7 or 8");
+}
+}  // namespace
 
 RDB_PANEL_WRITER::RDB_PANEL_WRITER(RDB_WRITER* writer, const std::string& name,
                                    const std::string& command)
@@ -181,98 +413,117 @@ void RDB_PANEL_WRITER::abandon() {
   m_writer = nullptr;
 }
 
-int64_t RDB_PANEL_WRITER::add_object(const std::string& where, int kind,
-                                     std::string properties) {
+void RDB_PANEL_WRITER::check_open() const {
   if (!m_writer)
     throw RDB_ERROR("", "object added to a panel that was already committed or abandoned");
+}
+
+OBJECT_STATE* RDB_PANEL_WRITER::add_object(std::string_view where, int kind,
+                                           const std::string* properties) {
+  check_open();
   PANEL_STATE& panel = *m_state;
   const std::string& file = m_writer->m_file;
-  if (panel.by_path.count(where))
-    throw RDB_ERROR(file, "panel \"" + panel.name + "\" already has an object \"" + where + "\"");
-
-  auto create = [&](const std::string& path, const std::string& name, int object_kind,
-                    OBJECT_STATE* parent) {
-    OBJECT_STATE* object = &panel.objects.emplace_back();
-    object->id = panel.next_id++;
-    object->kind = object_kind;
-    object->path = path;
-    object->name = path.empty() ? std::string_view(panel.name)
-                                : std::string_view(object->path).substr(path.size() - name.size());
-    if (parent) {
-      object->parent_id = parent->id;
-      object->position = parent->children++;
-    }
-    panel.by_path[object->path] = object;
-    return object;
+  auto duplicate = [&] {
+    return RDB_ERROR(file, "panel \"" + panel.name + "\" already has an object \"" +
+                               std::string(where) + "\"");
   };
+  if (panel.by_path.count(where))
+    throw duplicate();
 
   OBJECT_STATE* parent = nullptr;
-  std::string name = panel.name;
+  size_t name_size = 0;
+  unsigned part = 0;
   if (!where.empty()) {
-    auto top = panel.by_path.find("");
-    parent = top == panel.by_path.end() ? create("", panel.name, RDB_KIND_FOLDER, nullptr)
-                                        : top->second;
-    std::string prefix;
+    parent = panel.top ? panel.top : panel.create("", 0, RDB_KIND_FOLDER, nullptr, 0);
     size_t pos = 0;
     size_t last_separator = where.rfind(RDB_PATH_SEPARATOR);
     // (Not for the top object, whose empty path would let "||X" through.)
     if (panel.last_parent && !panel.last_parent->path.empty() &&
         last_separator != std::string::npos &&
-        std::string_view(where).substr(0, last_separator) == panel.last_parent->path) {
+        where.substr(0, last_separator) == panel.last_parent->path) {
       // Every part above was checked when that parent was reached; only the
-      // last part is left, and the prefix is not needed for it.
+      // last part is left.
       parent = panel.last_parent;
       pos = last_separator + 2;
     }
     for (;;) {
       size_t next = where.find(RDB_PATH_SEPARATOR, pos);
-      std::string part = where.substr(pos, next == std::string::npos ? next : next - pos);
-      if (part.empty())
-        throw RDB_ERROR(file, "an object path of panel \"" + panel.name + "\" has an empty name: \"" +
-                                  where + "\"");
       bool last = next == std::string::npos;
-      unsigned path_part = 0;
+      std::string_view name = where.substr(pos, last ? next : next - pos);
+      if (name.empty())
+        throw RDB_ERROR(file, "an object path of panel \"" + panel.name +
+                                  "\" has an empty name: \"" + std::string(where) + "\"");
       if (parent->kind == RDB_KIND_PATH && last)
-        for (unsigned i = 0; i < 4; ++i)
-          if (part == kPathParts[i])
-            path_part = 1u << i;
-      bool path_child = path_part != 0;
-      if (parent->kind != RDB_KIND_FOLDER && !path_child)
-        throw RDB_ERROR(file, "cannot add \"" + where + "\" to panel \"" + panel.name +
-                                  "\": \"" + (parent->path.empty() ? panel.name : parent->path) +
+        part = path_part_of(name);
+      if (parent->kind != RDB_KIND_FOLDER && !part)
+        throw RDB_ERROR(file, "cannot add \"" + std::string(where) + "\" to panel \"" +
+                                  panel.name + "\": \"" +
+                                  (parent->path.empty() ? panel.name : parent->path) +
                                   "\" is not a folder");
-      prefix += prefix.empty() ? part : RDB_PATH_SEPARATOR + part;
       if (last) {
-        name = part;
-        // The duplicate check above makes this the part's only object.
-        parent->path_parts |= path_part;
+        if (part) {
+          // A part is not in by_path: its parent's bits refuse a second one.
+          if (parent->path_parts & (1u << (part - 1)))
+            throw duplicate();
+          parent->path_parts |= 1u << (part - 1);
+        }
+        name_size = name.size();
         panel.last_parent = parent;
         break;
       }
-      auto existing = panel.by_path.find(prefix);
-      parent = existing == panel.by_path.end() ? create(prefix, part, RDB_KIND_FOLDER, parent)
-                                               : existing->second;
+      auto existing = panel.by_path.find(where.substr(0, next));
+      parent = existing == panel.by_path.end()
+                   ? panel.create(where.substr(0, next), name.size(), RDB_KIND_FOLDER, parent, 0)
+                   : existing->second;
       pos = next + 2;
     }
   }
-  OBJECT_STATE* object = create(where, name, kind, parent);
-  object->properties = std::move(properties);
-  return object->id;
+  OBJECT_STATE* object = panel.create(where, name_size, kind, parent, part);
+  object->properties = properties;
+  return object;
 }
 
-RDB_TABLE_WRITER RDB_PANEL_WRITER::start_table(const std::vector<std::string>& columns,
-                                               bool titled) {
+OBJECT_STATE* RDB_PANEL_WRITER::add_path_part(const std::string& path_where, unsigned part,
+                                              int kind, const std::string* properties) {
+  const char* name = kPathParts[part - 1];
+  if (m_writer) {
+    // The path object is mostly the one just added: no look-up, no path
+    // built for the part.
+    PANEL_STATE& panel = *m_state;
+    OBJECT_STATE* parent = panel.last_path;
+    if (!parent || parent->path != path_where) {
+      auto it = panel.by_path.find(path_where);
+      parent = it == panel.by_path.end() ? nullptr : it->second;
+    }
+    if (parent && parent->kind == RDB_KIND_PATH) {
+      if (parent->path_parts & (1u << (part - 1)))
+        throw RDB_ERROR(m_writer->m_file, "panel \"" + panel.name +
+                                              "\" already has an object \"" +
+                                              path_child(path_where, name) + "\"");
+      parent->path_parts |= 1u << (part - 1);
+      panel.last_parent = parent;
+      panel.last_path = parent;
+      OBJECT_STATE* object = panel.create({}, 0, kind, parent, part);
+      object->properties = properties;
+      return object;
+    }
+  }
+  // Anything else (no such path object, a folder of that name, a committed
+  // panel) is what adding the part by its full path would do.
+  return add_object(path_child(path_where, name), kind, properties);
+}
+
+RDB_TABLE_WRITER RDB_PANEL_WRITER::start_table(OBJECT_STATE* object, size_t columns,
+                                               const std::string* titles) {
   PANEL_STATE& panel = *m_state;
-  OBJECT_STATE* object = &panel.objects.back();  // the table just added
-  object->titles = encode_titles(titled ? columns : std::vector<std::string>(columns.size()));
-  auto table = std::make_unique<TABLE_STATE>();
+  TABLE_STATE* table = &panel.tables.emplace_back();
   table->panel = &panel;
   table->object = object;
-  table->columns = columns.size();
+  table->titles = titles;
+  table->columns = columns;
   table->page_rows = panel.page_rows;
-  object->table = table.get();
-  panel.tables.push_back(std::move(table));
-  return RDB_TABLE_WRITER(panel.tables.back().get());
+  object->table = table;
+  return RDB_TABLE_WRITER(table);
 }
 
 void RDB_PANEL_WRITER::require_columns(const std::string& where,
@@ -284,32 +535,37 @@ void RDB_PANEL_WRITER::require_columns(const std::string& where,
 }
 
 void RDB_PANEL_WRITER::add_folder(const std::string& where) {
-  add_object(where, RDB_KIND_FOLDER, {});
+  add_object(where, RDB_KIND_FOLDER, nullptr);
 }
 
 void RDB_PANEL_WRITER::add_text(const std::string& where, const std::string& text, bool html) {
-  add_object(where, RDB_KIND_TEXT, html ? "html=1\n" : "html=0\n");
-  m_state->objects.back().text = text;
+  OBJECT_STATE* object = add_object(where, RDB_KIND_TEXT, html ? &kHtmlText : &kPlainText);
+  m_state->texts.emplace_back(object->id, text);
 }
 
 void RDB_PANEL_WRITER::add_legal_notice(const std::string& where, const std::string& text) {
-  add_object(where, RDB_KIND_LEGAL_NOTICE, {});
-  m_state->objects.back().text = text;
+  OBJECT_STATE* object = add_object(where, RDB_KIND_LEGAL_NOTICE, nullptr);
+  m_state->texts.emplace_back(object->id, text);
 }
 
 void RDB_PANEL_WRITER::add_embedded(const std::string& where, int embedded_type,
                                     const std::string& info) {
-  add_object(where, RDB_KIND_EMBEDDED,
-             encode_properties({{"embedded_type", std::to_string(embedded_type)}, {"info", info}}));
+  check_open();
+  std::string& properties = m_state->scratch;
+  properties.clear();
+  put_property(properties, "embedded_type", std::to_string(embedded_type));
+  put_property(properties, "info", info);
+  add_object(where, RDB_KIND_EMBEDDED, m_state->intern(properties));
 }
 
 RDB_TABLE_WRITER RDB_PANEL_WRITER::add_table(const std::string& where, int kind,
                                              const std::vector<std::string>& columns) {
-  if (kind != RDB_KIND_TABLE && kind != RDB_KIND_HEADERLESS_TABLE && kind != RDB_KIND_DETAIL_TABLE)
-    throw RDB_ERROR("", "table kind " + std::to_string(kind) + " is not 4, 7 or 8");
+  check_table_kind(kind);
   require_columns(where, columns);
-  add_object(where, kind, {});
-  return start_table(columns, kind != RDB_KIND_HEADERLESS_TABLE);
+  OBJECT_STATE* object = add_object(where, kind, nullptr);
+  return start_table(object, columns.size(),
+                     m_state->titles_of(columns.data(), columns.size(),
+                                        kind != RDB_KIND_HEADERLESS_TABLE));
 }
 
 RDB_TABLE_WRITER RDB_PANEL_WRITER::add_tcl_table(const std::string& where,
@@ -327,33 +583,56 @@ RDB_TABLE_WRITER RDB_PANEL_WRITER::add_tcl_table(const std::string& where,
                                 "\": " + error);
   }
   require_columns(where, columns);
-  add_object(where, RDB_KIND_TCL_TABLE, {});
-  m_state->objects.back().commands = commands;
-  return start_table(columns, true);
+  OBJECT_STATE* object = add_object(where, RDB_KIND_TCL_TABLE, nullptr);
+  m_state->commands.emplace_back(object->id, commands);
+  return start_table(object, columns.size(),
+                     m_state->titles_of(columns.data(), columns.size(), true));
 }
 
 void RDB_PANEL_WRITER::add_chart_table(const std::string& where, const std::string& x_axis,
                                        const std::string& y_axis, int default_chart_type,
                                        const std::vector<std::pair<std::string, long long>>& rows) {
-  add_object(where, RDB_KIND_CHART_TABLE,
-             encode_properties({{"x_axis", x_axis},
-                                {"y_axis", y_axis},
-                                {"chart_type", std::to_string(default_chart_type)}}));
-  RDB_TABLE_WRITER table = start_table({x_axis, y_axis}, true);
-  for (const auto& [label, count] : rows)
-    table.add_row({std::string_view(label), std::string_view(std::to_string(count))});
+  add_chart(where, 0, x_axis, y_axis, default_chart_type, rows);
+}
+
+void RDB_PANEL_WRITER::add_chart(const std::string& where, unsigned part,
+                                 const std::string& x_axis, const std::string& y_axis,
+                                 int default_chart_type,
+                                 const std::vector<std::pair<std::string, long long>>& rows) {
+  check_open();
+  // Keys in sorted order, as encode_properties writes them.
+  std::string& properties = m_state->scratch;
+  properties.clear();
+  put_property(properties, "chart_type", std::to_string(default_chart_type));
+  put_property(properties, "x_axis", x_axis);
+  put_property(properties, "y_axis", y_axis);
+  const std::string* shared = m_state->intern(properties);
+  OBJECT_STATE* object = part ? add_path_part(where, part, RDB_KIND_CHART_TABLE, shared)
+                              : add_object(where, RDB_KIND_CHART_TABLE, shared);
+  const std::string_view titles[2] = {x_axis, y_axis};
+  RDB_TABLE_WRITER table = start_table(object, 2, m_state->titles_of(titles, 2, true));
+  char count[24];
+  for (const auto& [label, value] : rows) {
+    std::string_view cells[2] = {label, std::string_view(count, std::to_chars(count, count + sizeof count, value).ptr - count)};
+    table.add_row(cells, 2);
+  }
 }
 
 void RDB_PANEL_WRITER::add_histogram(const std::string& where, const std::string& x_label,
                                      const std::string& y_label, int x_scale,
                                      const std::string& x_unit,
                                      const std::vector<RDB_HISTOGRAM_BIN>& bins) {
-  add_object(where, RDB_KIND_HISTOGRAM,
-             encode_properties({{"x_label", x_label},
-                                {"y_label", y_label},
-                                {"x_scale", std::to_string(x_scale == 0 ? 1 : x_scale)},
-                                {"x_unit", x_unit}}));
-  RDB_TABLE_WRITER table = start_table({"From", "To", "Count"}, true);
+  check_open();
+  // Keys in sorted order, as encode_properties writes them.
+  std::string& properties = m_state->scratch;
+  properties.clear();
+  put_property(properties, "x_label", x_label);
+  put_property(properties, "x_scale", std::to_string(x_scale == 0 ? 1 : x_scale));
+  put_property(properties, "x_unit", x_unit);
+  put_property(properties, "y_label", y_label);
+  OBJECT_STATE* object = add_object(where, RDB_KIND_HISTOGRAM, m_state->intern(properties));
+  static const std::string_view titles[3] = {"From", "To", "Count"};
+  RDB_TABLE_WRITER table = start_table(object, 3, m_state->titles_of(titles, 3, true));
   for (const RDB_HISTOGRAM_BIN& bin : bins) {
     std::string from = format_double(bin.from), to = format_double(bin.to),
                 value = std::to_string(bin.value);
@@ -366,44 +645,75 @@ void RDB_PANEL_WRITER::add_histogram(const std::string& where, const std::string
 }
 
 void RDB_PANEL_WRITER::add_path(const std::string& where, double slack_ns, bool violated) {
-  // Keys in the order encode_properties writes them; a formatted number
-  // needs no escapes.
-  std::string properties = "slack=";
-  properties += format_double(slack_ns);
-  properties += violated ? "\nviolated=1\n" : "\nviolated=0\n";
-  add_object(where, RDB_KIND_PATH, std::move(properties));
-}
-
-static std::string path_child(const std::string& path_where, const char* name) {
-  return path_where.empty() ? std::string(name) : path_where + RDB_PATH_SEPARATOR + name;
+  OBJECT_STATE* object = add_object(where, RDB_KIND_PATH, nullptr);
+  object->slack = slack_ns;
+  object->violated = violated;
+  m_state->last_path = object;
 }
 
 RDB_TABLE_WRITER RDB_PANEL_WRITER::add_path_table(const std::string& path_where,
                                                   RDB_PATH_PART part,
                                                   const std::vector<std::string>& columns,
                                                   int kind) {
-  const char* name = part == RDB_PATH_PART::SUMMARY   ? RDB_PATH_SUMMARY_NAME
-                     : part == RDB_PATH_PART::ARRIVAL ? RDB_PATH_ARRIVAL_NAME
-                                                      : RDB_PATH_REQUIRED_NAME;
-  return add_table(path_child(path_where, name), kind, columns);
+  check_table_kind(kind);
+  const char* name = table_part_name(part);
+  if (columns.empty())
+    require_columns(path_child(path_where, name), columns);
+  OBJECT_STATE* object = add_path_part(path_where, path_part_of(name), kind, nullptr);
+  return start_table(object, columns.size(),
+                     m_state->titles_of(columns.data(), columns.size(),
+                                        kind != RDB_KIND_HEADERLESS_TABLE));
 }
 
 void RDB_PANEL_WRITER::add_path_chart(const std::string& path_where, const std::string& x_axis,
                                       const std::string& y_axis, int default_chart_type,
                                       const std::vector<std::pair<std::string, long long>>& rows) {
-  add_chart_table(path_child(path_where, RDB_PATH_CHART_NAME), x_axis, y_axis,
-                  default_chart_type, rows);
+  add_chart(path_where, path_part_of(RDB_PATH_CHART_NAME), x_axis, y_axis, default_chart_type,
+            rows);
 }
 
 void RDB_PANEL_WRITER::set_enabled(const std::string& where, bool enabled) {
   if (!m_state)
     return;
   auto it = m_state->by_path.find(where);
-  if (it == m_state->by_path.end())
+  OBJECT_STATE* object = it != m_state->by_path.end() ? it->second : m_state->find_part(where);
+  if (!object)
     throw RDB_ERROR(m_writer ? m_writer->m_file : "",
                     "panel \"" + m_state->name + "\" has no object \"" + where + "\"");
-  it->second->enabled = enabled;
+  object->enabled = enabled;
 }
+
+namespace {
+// The properties of an object as stored: those kept with it, with a table's
+// row counts merged in, or a path object's composed.
+std::string_view stored_properties(const OBJECT_STATE& object, std::string& out) {
+  char number[32];
+  if (object.table) {
+    const TABLE_STATE& table = *object.table;
+    std::string_view page_rows(number, std::to_chars(number, number + 12, table.page_rows).ptr - number);
+    std::string_view rows(number + 12, std::to_chars(number + 12, number + sizeof number, table.rows).ptr - (number + 12));
+    out.clear();
+    if (!object.properties) {
+      // Most tables have no other property: "page_rows" sorts before "rows".
+      out.append("page_rows=").append(page_rows).append("\nrows=").append(rows).append("\n");
+    } else {
+      const std::pair<std::string_view, std::string_view> counts[2] = {{"page_rows", page_rows},
+                                                                       {"rows", rows}};
+      merge_properties(out, *object.properties, counts, 2);
+    }
+    return out;
+  }
+  if (object.kind == RDB_KIND_PATH) {
+    // Keys in the order encode_properties writes them; a formatted number
+    // needs no escapes.
+    out.assign("slack=");
+    out.append(number, std::to_chars(number, number + sizeof number, object.slack).ptr);
+    out.append(object.violated ? "\nviolated=1\n" : "\nviolated=0\n");
+    return out;
+  }
+  return object.properties ? std::string_view(*object.properties) : std::string_view();
+}
+}  // namespace
 
 void RDB_PANEL_WRITER::commit() {
   if (!m_writer)
@@ -411,34 +721,20 @@ void RDB_PANEL_WRITER::commit() {
   PANEL_STATE& panel = *m_state;
   SQL_DATABASE& db = *m_writer->m_db;
   try {
-    if (!panel.by_path.count(""))
+    if (!panel.top)
       throw RDB_ERROR(db.file(), "panel \"" + panel.name + "\" is empty");
-    for (const OBJECT_STATE& entry : panel.objects) {
-      const OBJECT_STATE* object = &entry;
-      if (object->kind != RDB_KIND_PATH)
+    for (size_t i = 0; i < panel.objects.size(); ++i) {
+      const OBJECT_STATE& object = panel.objects[i];
+      if (object.kind != RDB_KIND_PATH)
         continue;
-      for (unsigned i = 0; i < 4; ++i)
-        if (!(object->path_parts & (1u << i))) {
-          const char* part = kPathParts[i];
+      for (unsigned part = 0; part < 4; ++part)
+        if (!(object.path_parts & (1u << part)))
           throw RDB_ERROR(db.file(), "the path \"" + panel.name +
-                                         (object->path.empty() ? "" : "||" + object->path) +
-                                         "\" lacks its \"" + part + "\"");
-        }
+                                         (object.path.empty() ? "" : "||" + object.path) +
+                                         "\" lacks its \"" + kPathParts[part] + "\"");
     }
-    for (const auto& table : panel.tables) {
-      table->flush(true);
-      std::string& properties = table->object->properties;
-      if (properties.empty()) {
-        // Most tables have no other property: "page_rows" sorts before "rows".
-        properties.append("page_rows=").append(std::to_string(table->page_rows));
-        properties.append("\nrows=").append(std::to_string(table->rows)).append("\n");
-      } else {
-        std::map<std::string, std::string> merged = decode_properties(properties);
-        merged["rows"] = std::to_string(table->rows);
-        merged["page_rows"] = std::to_string(table->page_rows);
-        properties = encode_properties(merged);
-      }
-    }
+    for (size_t i = 0; i < panel.tables.size(); ++i)
+      panel.tables[i].flush(true);
 
     int64_t position = 0;
     {
@@ -453,6 +749,7 @@ void RDB_PANEL_WRITER::commit() {
         position = db.query_int("SELECT coalesce(max(position), 0) + 1 FROM rdb_panel");
       }
     }
+    // The top object is the first one created, and the ids run on from it.
     SQL_STATEMENT insert_panel(db, "INSERT INTO rdb_panel(name, position, enabled, command, "
                                    "first_object, last_object) VALUES(?, ?, 1, ?, ?, ?)");
     insert_panel.bind(1, panel.name).bind(2, position).bind(3, panel.command)
@@ -462,38 +759,43 @@ void RDB_PANEL_WRITER::commit() {
     SQL_STATEMENT insert_object(db, "INSERT INTO rdb_object(object_id, panel_id, parent_id, "
                                     "position, kind, name, enabled, properties, titles, "
                                     "inline_rows) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
-    SQL_STATEMENT insert_command(db, "INSERT INTO rdb_command(object_id, cmd, gui_name, template) "
-                                     "VALUES(?, ?, ?, ?)");
-    SQL_STATEMENT insert_text(db, "INSERT INTO rdb_text(object_id, body) VALUES(?, ?)");
-    for (const OBJECT_STATE& entry : panel.objects) {
-      const OBJECT_STATE* object = &entry;
-      insert_object.bind(1, object->id).bind(2, panel_id);
-      if (object->parent_id)
-        insert_object.bind(3, object->parent_id);
+    for (size_t i = 0; i < panel.objects.size(); ++i) {
+      const OBJECT_STATE& object = panel.objects[i];
+      insert_object.bind(1, object.id).bind(2, panel_id);
+      if (object.parent)
+        insert_object.bind(3, object.parent->id);
       else
         insert_object.bind_null(3);
-      insert_object.bind(4, object->position)
-          .bind(5, object->kind)
-          .bind(6, object->name)
-          .bind(7, object->enabled ? 1 : 0)
-          .bind(8, object->properties);
-      if (object->table) {
-        insert_object.bind_blob(9, object->titles.data(), object->titles.size());
-      } else {
+      insert_object.bind(4, object.position)
+          .bind(5, object.kind)
+          .bind_static(6, object.name)
+          .bind(7, object.enabled ? 1 : 0)
+          .bind_static(8, stored_properties(object, panel.scratch));
+      const TABLE_STATE* table = object.table;
+      if (table)
+        insert_object.bind_blob(9, table->titles->data(), table->titles->size());
+      else
         insert_object.bind_null(9);
-      }
-      if (object->inline_rows)
-        insert_object.bind_blob(10, object->inline_rows->data(), object->inline_rows->size());
+      if (table && table->inline_rows.data())
+        insert_object.bind_blob(10, table->inline_rows.data(), table->inline_rows.size());
       else
         insert_object.bind_null(10);
       insert_object.run();
-      for (size_t i = 0; i < object->commands.size(); ++i)
-        insert_command.bind(1, object->id).bind(2, static_cast<int64_t>(i))
-            .bind(3, object->commands[i].gui_name)
-            .bind(4, object->commands[i].command_template)
-            .run();
-      if (object->text)
-        insert_text.bind(1, object->id).bind(2, *object->text).run();
+    }
+    if (!panel.commands.empty()) {
+      SQL_STATEMENT insert_command(db, "INSERT INTO rdb_command(object_id, cmd, gui_name, "
+                                       "template) VALUES(?, ?, ?, ?)");
+      for (const auto& [id, commands] : panel.commands)
+        for (size_t i = 0; i < commands.size(); ++i)
+          insert_command.bind(1, id).bind(2, static_cast<int64_t>(i))
+              .bind_static(3, commands[i].gui_name)
+              .bind_static(4, commands[i].command_template)
+              .run();
+    }
+    if (!panel.texts.empty()) {
+      SQL_STATEMENT insert_text(db, "INSERT INTO rdb_text(object_id, body) VALUES(?, ?)");
+      for (const auto& [id, text] : panel.texts)
+        insert_text.bind(1, id).bind_static(2, text).run();
     }
     panel.insert_page.reset();
     db.exec("COMMIT");

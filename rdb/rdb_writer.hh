@@ -37,6 +37,7 @@
 
 namespace rdb_internal {
 class SQL_DATABASE;
+struct OBJECT_STATE;
 struct PANEL_STATE;
 struct TABLE_STATE;
 }
@@ -124,11 +125,24 @@ public:
 private:
   friend class RDB_WRITER;
   RDB_PANEL_WRITER(RDB_WRITER* writer, const std::string& name, const std::string& command);
-  // `properties` are packed as stored (see encode_properties).
-  int64_t add_object(const std::string& where, int kind, std::string properties);
+  // Throws unless the panel is still being written.
+  void check_open() const;
+  // `properties` are packed as stored (see encode_properties) and outlive
+  // the panel state (interned in it, or constant); null for none.
+  rdb_internal::OBJECT_STATE* add_object(std::string_view where, int kind,
+                                         const std::string* properties);
+  // Adds the `part`-th (counted from 1) of a path object's four parts.
+  rdb_internal::OBJECT_STATE* add_path_part(const std::string& path_where, unsigned part,
+                                            int kind, const std::string* properties);
+  // A chart table at `where`, or, when `part` is not 0, the chart part of
+  // the path object at `where`.
+  void add_chart(const std::string& where, unsigned part, const std::string& x_axis,
+                 const std::string& y_axis, int default_chart_type,
+                 const std::vector<std::pair<std::string, long long>>& rows);
   void require_columns(const std::string& where, const std::vector<std::string>& columns) const;
-  // Starts the rows of the table object added last.
-  RDB_TABLE_WRITER start_table(const std::vector<std::string>& columns, bool titled);
+  // Starts the rows of a table object; `titles` are packed and interned.
+  RDB_TABLE_WRITER start_table(rdb_internal::OBJECT_STATE* object, size_t columns,
+                               const std::string* titles);
   RDB_WRITER* m_writer = nullptr;
   std::unique_ptr<rdb_internal::PANEL_STATE> m_state;
 };

@@ -6,6 +6,9 @@
 
 #include <sqlite3.h>
 
+#include <functional>
+#include <optional>
+
 namespace {
 
 using RDB_WRITER_TEST = RDB_TEST;
@@ -131,6 +134,190 @@ TEST_F(RDB_WRITER_TEST, APathLackingAnyOneOfItsFourPartsIsRefusedByName) {
       EXPECT_NE(message.find("Paths||Setup||Path 2"), std::string::npos) << message;
     }
   }
+}
+
+// A path's parts are found through their path object rather than by their
+// own paths; every way of adding one must still refuse a second one.
+TEST_F(RDB_WRITER_TEST, APathPartIsRefusedASecondTimeHoweverEitherWasAdded) {
+  RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+  using ADD = std::function<void(RDB_PANEL_WRITER&, const std::string&)>;
+  auto full = [](const std::string& where, const char* part) {
+    return where.empty() ? std::string(part) : where + "||" + part;
+  };
+  const std::vector<std::pair<const char*, std::vector<ADD>>> ways = {
+      {RDB_PATH_SUMMARY_NAME,
+       {[](RDB_PANEL_WRITER& p, const std::string& w) {
+          p.add_path_table(w, RDB_PATH_PART::SUMMARY, {"A"});
+        },
+        [&](RDB_PANEL_WRITER& p, const std::string& w) {
+          p.add_table(full(w, RDB_PATH_SUMMARY_NAME), RDB_KIND_HEADERLESS_TABLE, {"A"});
+        },
+        [&](RDB_PANEL_WRITER& p, const std::string& w) {
+          p.add_text(full(w, RDB_PATH_SUMMARY_NAME), "t");
+        }}},
+      {RDB_PATH_CHART_NAME,
+       {[](RDB_PANEL_WRITER& p, const std::string& w) { p.add_path_chart(w, "X", "Y", 1, {}); },
+        [&](RDB_PANEL_WRITER& p, const std::string& w) {
+          p.add_chart_table(full(w, RDB_PATH_CHART_NAME), "X", "Y", 1, {});
+        }}},
+  };
+  for (const std::string where : {"Setup||Path 1", ""}) {
+    for (const auto& [part, adders] : ways) {
+      for (size_t first = 0; first < adders.size(); ++first) {
+        for (size_t second = 0; second < adders.size(); ++second) {
+          SCOPED_TRACE(where + " " + part + " " + std::to_string(first) + "," +
+                       std::to_string(second));
+          RDB_PANEL_WRITER panel = writer.begin_panel("Paths");
+          panel.add_path(where, 1.0, false);
+          adders[first](panel, where);
+          try {
+            adders[second](panel, where);
+            ADD_FAILURE() << "the second part was added";
+          } catch (const RDB_ERROR& error) {
+            EXPECT_NE(std::string(error.what())
+                          .find("panel \"Paths\" already has an object \"" + full(where, part) +
+                                "\""),
+                      std::string::npos)
+                << error.what();
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST_F(RDB_WRITER_TEST, PathPartsAreNamedByTheirFullPathsInMessagesAndMarks) {
+  RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+  auto message_of = [](auto&& action) -> std::string {
+    try {
+      action();
+    } catch (const RDB_ERROR& error) {
+      return error.what();
+    }
+    return "(no error)";
+  };
+  {
+    RDB_PANEL_WRITER panel = writer.begin_panel("Paths");
+    panel.add_path("Setup||Path 1", -1.0, true);
+    RDB_TABLE_WRITER arrival =
+        panel.add_path_table("Setup||Path 1", RDB_PATH_PART::ARRIVAL, {"Total", "Incr"});
+    EXPECT_NE(message_of([&] { arrival.add_row({"1", "2", "3"}); })
+                  .find("a row of \"Setup||Path 1||Data Arrival Path\" has 3 cells"),
+              std::string::npos);
+    EXPECT_NE(message_of([&] { arrival.add_row({"1"}, {{5, 0, 0}}); })
+                  .find("a cell colour of \"Setup||Path 1||Data Arrival Path\" names column 5"),
+              std::string::npos);
+    EXPECT_NE(message_of([&] { panel.add_text("Setup||Path 1||Data Arrival Path||X", "x"); })
+                  .find("\"Setup||Path 1\" is not a folder"),
+              std::string::npos);
+    // Marks reach a part by its full path once it exists, and nothing else.
+    for (const char* missing : {"Setup||Path 1||Path Summary", "||Data Arrival Path",
+                                "Setup||||Data Arrival Path", "Data Arrival Path"})
+      EXPECT_NE(message_of([&] { panel.set_enabled(missing, false); }).find("has no object"),
+                std::string::npos)
+          << missing;
+    panel.add_path_table("Setup||Path 1", RDB_PATH_PART::SUMMARY, {"A"});
+    panel.add_path_chart("Setup||Path 1", "X", "Y", 1, {{"cell", 1}});
+    panel.add_path_table("Setup||Path 1", RDB_PATH_PART::REQUIRED, {"A"});
+    panel.set_enabled("Setup||Path 1||Path Delay Stats", false);
+    // A folder is no path object: a table of a part's name in it is a table.
+    panel.add_folder("Folder");
+    panel.add_path_table("Folder", RDB_PATH_PART::SUMMARY, {"A"}).add_row({"in folder"});
+    panel.commit();
+  }
+  {
+    RDB_PANEL_WRITER panel = writer.begin_panel("Top");
+    panel.add_path("", 1.0, false);
+    panel.add_path_table("", RDB_PATH_PART::SUMMARY, {"A"});
+    panel.add_path_chart("", "X", "Y", 1, {});
+    panel.add_path_table("", RDB_PATH_PART::ARRIVAL, {"A"});
+    panel.add_path_table("", RDB_PATH_PART::REQUIRED, {"A"});
+    panel.set_enabled("Path Summary", false);
+    panel.commit();
+  }
+  auto report = RDB_REPORT::open(m_file);
+  EXPECT_FALSE(report->find_object("Paths||Setup||Path 1||Path Delay Stats")->is_enable());
+  EXPECT_TRUE(report->find_object("Paths||Setup||Path 1||Path Summary")->is_enable());
+  EXPECT_FALSE(report->find_object("Top||Path Summary")->is_enable());
+  EXPECT_TRUE(report->find_object("Top||Data Arrival Path")->is_enable());
+  auto* in_folder =
+      dynamic_cast<RDB_TABLE_OBJECT*>(report->find_object("Paths||Folder||Path Summary"));
+  ASSERT_NE(in_folder, nullptr);
+  EXPECT_EQ(in_folder->get_data(1, 0), "in folder");
+}
+
+// Rows are kept where they are written, small tables one after another and a
+// table that goes on after others started moved aside; whatever the order,
+// each table must read back whole, inline or paged.
+TEST_F(RDB_WRITER_TEST, RowsOfTablesWrittenInTurnReadBackWhole) {
+  const int paths = 400;
+  auto cell = [](int path, int row, int column) {
+    return std::to_string(path) + "/" + std::to_string(row) + "/" + std::to_string(column) +
+           (column == 6 ? "/u_core/stage3_reg[12]/Q" : "");
+  };
+  // Every 50th path has more rows than an object row keeps.
+  auto arrival_rows = [](int path) { return path % 50 == 0 ? 120 : 30 + path % 17; };
+  {
+    RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
+    RDB_PANEL_WRITER panel = writer.begin_panel("Paths");
+    RDB_TABLE_WRITER summary = panel.add_table("Summary", RDB_KIND_TABLE, {"Path", "Slack"});
+    const std::vector<std::string> columns = {"a", "b", "c", "d", "e", "f", "g"};
+    for (int p = 1; p <= paths; ++p) {
+      std::string where = "Path " + std::to_string(p);
+      summary.add_row({where, std::to_string(-p)});
+      panel.add_path(where, -p, true);
+      panel.add_path_table(where, RDB_PATH_PART::SUMMARY, {"Property", "Value"},
+                           RDB_KIND_HEADERLESS_TABLE)
+          .add_row({"Slack", std::to_string(-p)});
+      panel.add_path_chart(where, "Type", "Delay", 2, {{"Cell", p}, {"IC", 2 * p}});
+      // The two tables of points are filled one after the other, or for
+      // every third path in turn, row by row.
+      bool in_turn = p % 3 == 0;
+      RDB_TABLE_WRITER arrival = panel.add_path_table(where, RDB_PATH_PART::ARRIVAL, columns);
+      std::optional<RDB_TABLE_WRITER> required;
+      for (int r = 0; r < arrival_rows(p); ++r) {
+        std::string cells[7];
+        std::string_view views[7];
+        for (int c = 0; c < 7; ++c)
+          views[c] = cells[c] = cell(p, r, c);
+        arrival.add_row(views, 7);
+        if (in_turn && !required)
+          required = panel.add_path_table(where, RDB_PATH_PART::REQUIRED, columns);
+        if (in_turn && r < 5)
+          required->add_row({views[0], views[6]}, {{1, 0xff0000, RDB_NO_COLOR}});
+      }
+      if (!in_turn) {
+        required = panel.add_path_table(where, RDB_PATH_PART::REQUIRED, columns);
+        for (int r = 0; r < 5; ++r)
+          required->add_row({cell(p, r, 0), cell(p, r, 6)}, {{1, 0xff0000, RDB_NO_COLOR}});
+      }
+    }
+    panel.commit();
+  }
+  auto report = RDB_REPORT::open(m_file);
+  auto* summary = dynamic_cast<RDB_TABLE_OBJECT*>(report->find_object("Paths||Summary"));
+  ASSERT_NE(summary, nullptr);
+  ASSERT_EQ(summary->get_number_of_data_rows(), paths);
+  for (int p = 1; p <= paths; ++p) {
+    SCOPED_TRACE(p);
+    EXPECT_EQ(summary->get_data(p, 0), "Path " + std::to_string(p));
+    auto* path = dynamic_cast<RDB_PATH_OBJECT*>(report->find_object("Paths||Path " +
+                                                                    std::to_string(p)));
+    ASSERT_NE(path, nullptr);
+    EXPECT_EQ(path->get_summary_table()->get_data(0, 1), std::to_string(-p));
+    EXPECT_EQ(path->get_delay_summary_chart()->get_count(2), 2 * p);
+    RDB_TABLE_OBJECT* arrival = path->get_data_arrival_table();
+    ASSERT_EQ(arrival->get_number_of_data_rows(), arrival_rows(p));
+    EXPECT_EQ(arrival->get_column_names()[6], "g");
+    for (int r = 0; r < arrival_rows(p); r += 7)
+      for (int c = 0; c < 7; ++c)
+        ASSERT_EQ(arrival->get_data(r + 1, c), cell(p, r, c));
+    RDB_TABLE_OBJECT* required = path->get_data_required_table();
+    ASSERT_EQ(required->get_number_of_data_rows(), 5);
+    EXPECT_EQ(required->get_data(5, 1), cell(p, 4, 6));
+    EXPECT_EQ(required->get_element(5, 1), RDB_TABLE_ELEMENT(0xff0000, RDB_NO_COLOR));
+  }
+  EXPECT_EQ(report->get_error(), "");
 }
 
 TEST_F(RDB_WRITER_TEST, MalformedPanelsAreRefusedWithAClearMessage) {
