@@ -756,31 +756,56 @@ void RDB_PANEL_WRITER::commit() {
         .bind(4, panel.objects.front().id).bind(5, panel.objects.back().id).run();
     int64_t panel_id = db.last_insert_rowid();
 
-    SQL_STATEMENT insert_object(db, "INSERT INTO rdb_object(object_id, panel_id, parent_id, "
-                                    "position, kind, name, enabled, properties, titles, "
-                                    "inline_rows) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
-    for (size_t i = 0; i < panel.objects.size(); ++i) {
-      const OBJECT_STATE& object = panel.objects[i];
-      insert_object.bind(1, object.id).bind(2, panel_id);
+    // Several objects per statement: each statement that inserts into
+    // rdb_object also reads and updates its AUTOINCREMENT counter, and has
+    // its own start and end, which cost about as much as the rows of a few
+    // small objects.
+    constexpr size_t kObjectsPerInsert = 128;
+    auto insert_sql = [](size_t objects) {
+      std::string sql = "INSERT INTO rdb_object(object_id, panel_id, parent_id, position, kind, "
+                        "name, enabled, properties, titles, inline_rows) VALUES";
+      for (size_t i = 0; i < objects; ++i)
+        sql += i ? ",(?,?,?,?,?,?,?,?,?,?)" : "(?,?,?,?,?,?,?,?,?,?)";
+      return sql;
+    };
+    std::string properties[kObjectsPerInsert];
+    auto bind_object = [&](SQL_STATEMENT& insert, size_t slot, const OBJECT_STATE& object) {
+      int base = static_cast<int>(slot) * 10;
+      insert.bind(base + 1, object.id).bind(base + 2, panel_id);
       if (object.parent)
-        insert_object.bind(3, object.parent->id);
+        insert.bind(base + 3, object.parent->id);
       else
-        insert_object.bind_null(3);
-      insert_object.bind(4, object.position)
-          .bind(5, object.kind)
-          .bind_static(6, object.name)
-          .bind(7, object.enabled ? 1 : 0)
-          .bind_static(8, stored_properties(object, panel.scratch));
+        insert.bind_null(base + 3);
+      insert.bind(base + 4, object.position)
+          .bind(base + 5, object.kind)
+          .bind_static(base + 6, object.name)
+          .bind(base + 7, object.enabled ? 1 : 0)
+          .bind_static(base + 8, stored_properties(object, properties[slot]));
       const TABLE_STATE* table = object.table;
       if (table)
-        insert_object.bind_blob(9, table->titles->data(), table->titles->size());
+        insert.bind_blob(base + 9, table->titles->data(), table->titles->size());
       else
-        insert_object.bind_null(9);
+        insert.bind_null(base + 9);
       if (table && table->inline_rows.data())
-        insert_object.bind_blob(10, table->inline_rows.data(), table->inline_rows.size());
+        insert.bind_blob(base + 10, table->inline_rows.data(), table->inline_rows.size());
       else
-        insert_object.bind_null(10);
-      insert_object.run();
+        insert.bind_null(base + 10);
+    };
+    size_t done = 0;
+    const size_t count = panel.objects.size();
+    if (count >= kObjectsPerInsert) {
+      SQL_STATEMENT insert(db, insert_sql(kObjectsPerInsert).c_str());
+      for (; done + kObjectsPerInsert <= count; done += kObjectsPerInsert) {
+        for (size_t slot = 0; slot < kObjectsPerInsert; ++slot)
+          bind_object(insert, slot, panel.objects[done + slot]);
+        insert.run();
+      }
+    }
+    if (done < count) {
+      SQL_STATEMENT insert(db, insert_sql(count - done).c_str());
+      for (size_t slot = 0; done + slot < count; ++slot)
+        bind_object(insert, slot, panel.objects[done + slot]);
+      insert.run();
     }
     if (!panel.commands.empty()) {
       SQL_STATEMENT insert_command(db, "INSERT INTO rdb_command(object_id, cmd, gui_name, "

@@ -48,27 +48,39 @@ TEST(RDB_CODEC, MergedPropertiesEqualTheEncodedMergedMap) {
 }
 
 TEST(RDB_CODEC, RowsWrittenInPlaceDecodeAsWritten) {
-  const std::string_view cells[3] = {"12.345", "", std::string_view("u_core/\0x", 9)};
+  // Cells of every length the copy treats apart (short ones are copied in
+  // overlapping pieces), one with a NUL, and one over 127 bytes.
+  const std::string alphabet = "abcdefghijklmnopqrstuvwxyz0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+  std::vector<std::string> texts;
+  for (size_t size : {0, 1, 3, 4, 5, 7, 8, 9, 15, 16, 17, 40})
+    texts.push_back(alphabet.substr(size % 7, size));
+  texts.push_back(std::string("u_core/\0x", 9));
+  texts.push_back(std::string(300, 'w') + "end");
+  std::vector<std::string_view> cells(texts.begin(), texts.end());
+  const size_t columns = 300;
   const RDB_CELL_COLOR colors[2] = {{0, 0xff0000, RDB_NO_COLOR}, {200, 1, 2}};
-  // A page of two rows: the second has fewer cells and a colour whose column
-  // needs a two-byte varint.
+  // A page of two rows: the second has fewer cells than columns and a colour
+  // whose column needs a two-byte varint.
   std::string page(1, '\2');
   for (size_t row = 0; row < 2; ++row) {
-    size_t count = row ? 1 : 3;
-    size_t size = rdb_internal::encoded_row_size(cells, count, 300, colors, row + 1);
+    size_t count = row ? 3 : cells.size();
+    size_t size = rdb_internal::encoded_row_size(cells.data(), count, columns, colors, row + 1);
     size_t start = page.size();
     page.resize(start + size + 8, '#');  // the bytes after must stay as they are
-    char* end = rdb_internal::encode_row(page.data() + start, cells, count, 300, colors, row + 1);
+    char* end =
+        rdb_internal::encode_row(page.data() + start, cells.data(), count, columns, colors, row + 1);
     EXPECT_EQ(end - (page.data() + start), static_cast<ptrdiff_t>(size));
     EXPECT_EQ(page.substr(start + size), std::string(8, '#'));
     page.resize(start + size);
   }
   std::vector<RDB_TABLE_ROW> rows;
-  ASSERT_TRUE(rdb_internal::decode_page(page, 300, rows));
+  ASSERT_TRUE(rdb_internal::decode_page(page, columns, rows));
   ASSERT_EQ(rows.size(), 2u);
-  EXPECT_EQ(rows[0].cells[2], std::string(cells[2]));
-  EXPECT_EQ(rows[1].cells[0], "12.345");
-  EXPECT_EQ(rows[1].cells[2], "");
+  for (size_t c = 0; c < cells.size(); ++c)
+    EXPECT_EQ(rows[0].cells[c], texts[c]) << c;
+  EXPECT_EQ(rows[0].cells[cells.size()], "");
+  EXPECT_EQ(rows[1].cells[2], texts[2]);
+  EXPECT_EQ(rows[1].cells[3], "");
   ASSERT_EQ(rows[1].colors.size(), 2u);
   EXPECT_EQ(rows[1].colors[1].column, 200);
   EXPECT_EQ(rows[1].colors[1].background, 2u);
