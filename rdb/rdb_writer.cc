@@ -125,7 +125,9 @@ struct OBJECT_STATE {
   // Relative to the panel. Empty for the top object and for the parts of a
   // path object, which follow from their parent's (see full_path): a path
   // report has four parts per path, and not keeping their paths spares a
-  // string and an index entry each.
+  // string and an index entry each. (A part that can hold objects, a folder
+  // or a path object, keeps its path, so that they can be added to it by
+  // their paths.)
   std::string path;
   // The last part of the path (the panel's name for the top object, the
   // name in kPathParts for a part): a view, since objects never move and the
@@ -152,8 +154,10 @@ struct OBJECT_STATE {
 
 // An object's path relative to the panel.
 static std::string full_path(const OBJECT_STATE& object) {
-  if (!object.part || object.parent->path.empty())
-    return object.part ? std::string(object.name) : object.path;
+  if (!object.part || !object.path.empty())
+    return object.path;
+  if (object.parent->path.empty())
+    return std::string(object.name);
   return object.parent->path + RDB_PATH_SEPARATOR + std::string(object.name);
 }
 
@@ -241,7 +245,8 @@ OBJECT_STATE* PANEL_STATE::create(std::string_view path, size_t name_size, int k
   object->kind = kind;
   object->part = static_cast<unsigned char>(part);
   object->parent = parent;
-  if (part) {
+  bool indexed = !part || kind == RDB_KIND_FOLDER || kind == RDB_KIND_PATH;
+  if (!indexed) {
     object->name = kPathParts[part - 1];
   } else if (!parent) {
     object->name = this->name;
@@ -253,7 +258,7 @@ OBJECT_STATE* PANEL_STATE::create(std::string_view path, size_t name_size, int k
     object->position = parent->children++;
   else
     top = object;
-  if (!part)
+  if (indexed)
     by_path.emplace(object->path, object);
   return object;
 }
@@ -267,7 +272,8 @@ OBJECT_STATE* PANEL_STATE::find_part(std::string_view where) {
   if (!part || parent == by_path.end() || parent->second->kind != RDB_KIND_PATH ||
       !(parent->second->path_parts & (1u << (part - 1))))
     return nullptr;
-  // Parts come after their parent, mostly right after it.
+  // Parts come after their parent, mostly right after it. (Parts that are
+  // indexed were looked for already.)
   for (size_t i = parent->second->id - objects.front().id + 1; i < objects.size(); ++i)
     if (objects[i].parent == parent->second && objects[i].part == part)
       return &objects[i];

@@ -127,7 +127,10 @@ int run_path_report(const std::string& file, int paths, int runs) {
       best = total;
   }
   std::printf("path report best of %d: %.1f ms\n", runs, best);
-  std::printf("path report file size: %.1f MB\n", std::filesystem::file_size(file) / 1e6);
+  std::error_code ec;
+  uintmax_t wal = std::filesystem::file_size(file + "-wal", ec);
+  std::printf("path report file size: %.1f MB, write-ahead log %.1f MB\n",
+              std::filesystem::file_size(file) / 1e6, ec ? 0.0 : wal / 1e6);
   return 0;
 }
 }  // namespace
