@@ -180,10 +180,13 @@ TEST_F(RDB_MODEL_TEST, RowsArePagedOnDemandAcrossPageBoundaries) {
     RDB_TABLE_WRITER bare = panel.add_table("Bare", RDB_KIND_HEADERLESS_TABLE, {"", ""});
     // Rows of two tables interleaved: each table keeps its own pages.
     for (int i = 0; i < 10; ++i) {
-      table.add_row({"r" + std::to_string(i), std::to_string(i)},
-                    {{1, static_cast<uint32_t>(i), RDB_NO_COLOR}});
+      // (Texts appended, not "r" + ...: GCC 12 warns wrongly about that.)
+      std::string index = std::to_string(i), name = "r", bare_name = "b";
+      name += index;
+      bare_name += index;
+      table.add_row({name, index}, {{1, static_cast<uint32_t>(i), RDB_NO_COLOR}});
       if (i < 5)
-        bare.add_row({"b" + std::to_string(i)});
+        bare.add_row({bare_name});
     }
     panel.commit();
   }
