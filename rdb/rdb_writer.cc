@@ -267,8 +267,9 @@ OBJECT_STATE* PANEL_STATE::find_part(std::string_view where) {
   size_t cut = where.rfind(RDB_PATH_SEPARATOR);
   if (cut == 0)
     return nullptr;
-  unsigned part = path_part_of(cut == std::string_view::npos ? where : where.substr(cut + 2));
-  auto parent = by_path.find(cut == std::string_view::npos ? std::string_view() : where.substr(0, cut));
+  bool top = cut == std::string_view::npos;
+  unsigned part = path_part_of(top ? where : where.substr(cut + 2));
+  auto parent = by_path.find(top ? std::string_view() : where.substr(0, cut));
   if (!part || parent == by_path.end() || parent->second->kind != RDB_KIND_PATH ||
       !(parent->second->path_parts & (1u << (part - 1))))
     return nullptr;
@@ -619,7 +620,8 @@ void RDB_PANEL_WRITER::add_chart(const std::string& where, unsigned part,
   RDB_TABLE_WRITER table = start_table(object, 2, m_state->titles_of(titles, 2, true));
   char count[24];
   for (const auto& [label, value] : rows) {
-    std::string_view cells[2] = {label, std::string_view(count, std::to_chars(count, count + sizeof count, value).ptr - count)};
+    char* end = std::to_chars(count, count + sizeof count, value).ptr;
+    std::string_view cells[2] = {label, std::string_view(count, end - count)};
     table.add_row(cells, 2);
   }
 }
@@ -696,8 +698,9 @@ std::string_view stored_properties(const OBJECT_STATE& object, std::string& out)
   char number[32];
   if (object.table) {
     const TABLE_STATE& table = *object.table;
-    std::string_view page_rows(number, std::to_chars(number, number + 12, table.page_rows).ptr - number);
-    std::string_view rows(number + 12, std::to_chars(number + 12, number + sizeof number, table.rows).ptr - (number + 12));
+    char* middle = std::to_chars(number, number + 12, table.page_rows).ptr;
+    char* end = std::to_chars(middle, number + sizeof number, table.rows).ptr;
+    std::string_view page_rows(number, middle - number), rows(middle, end - middle);
     out.clear();
     if (!object.properties) {
       // Most tables have no other property: "page_rows" sorts before "rows".

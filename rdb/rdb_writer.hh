@@ -127,8 +127,8 @@ private:
   RDB_PANEL_WRITER(RDB_WRITER* writer, const std::string& name, const std::string& command);
   // Throws unless the panel is still being written.
   void check_open() const;
-  // `properties` are packed as stored (see encode_properties) and outlive
-  // the panel state (interned in it, or constant); null for none.
+  // `properties` are packed as stored (see encode_properties) and last as
+  // long as the panel state (interned in it, or constants); null for none.
   rdb_internal::OBJECT_STATE* add_object(std::string_view where, int kind,
                                          const std::string* properties);
   // Adds the `part`-th (counted from 1) of a path object's four parts.

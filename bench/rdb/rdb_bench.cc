@@ -93,7 +93,8 @@ PATH_FIGURES write_path_panel(const std::string& file, int paths, const PATH_CEL
     RDB_TABLE_WRITER properties = panel.add_path_table(
         where, RDB_PATH_PART::SUMMARY, property_columns, RDB_KIND_HEADERLESS_TABLE);
     for (int i = 0; i < 11; ++i) {
-      std::string_view cells[2] = {property_names[i], i == 1 || i == 2 ? pin(p + i) : number(p + i)};
+      std::string_view cells[2] = {property_names[i],
+                                   i == 1 || i == 2 ? pin(p + i) : number(p + i)};
       RDB_CELL_COLOR slack_color{1, 0xff0000, RDB_NO_COLOR};
       properties.add_row(cells, 2, &slack_color, i == 0 && violated ? 1 : 0);
     }

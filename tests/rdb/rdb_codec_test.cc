@@ -67,8 +67,8 @@ TEST(RDB_CODEC, RowsWrittenInPlaceDecodeAsWritten) {
     size_t size = rdb_internal::encoded_row_size(cells.data(), count, columns, colors, row + 1);
     size_t start = page.size();
     page.resize(start + size + 8, '#');  // the bytes after must stay as they are
-    char* end =
-        rdb_internal::encode_row(page.data() + start, cells.data(), count, columns, colors, row + 1);
+    char* end = rdb_internal::encode_row(page.data() + start, cells.data(), count, columns,
+                                         colors, row + 1);
     EXPECT_EQ(end - (page.data() + start), static_cast<ptrdiff_t>(size));
     EXPECT_EQ(page.substr(start + size), std::string(8, '#'));
     page.resize(start + size);
