@@ -11,6 +11,17 @@
 
 namespace {
 
+// The message of the RDB_ERROR that `action` throws, or "(no error)".
+template <class ACTION>
+std::string message_of(ACTION&& action) {
+  try {
+    action();
+  } catch (const RDB_ERROR& error) {
+    return error.what();
+  }
+  return "(no error)";
+}
+
 using RDB_WRITER_TEST = RDB_TEST;
 
 std::vector<std::string> panel_names(const std::vector<RDB_PANEL_INFO>& panels) {
@@ -188,14 +199,6 @@ TEST_F(RDB_WRITER_TEST, APathPartIsRefusedASecondTimeHoweverEitherWasAdded) {
 
 TEST_F(RDB_WRITER_TEST, PathPartsAreNamedByTheirFullPathsInMessagesAndMarks) {
   RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
-  auto message_of = [](auto&& action) -> std::string {
-    try {
-      action();
-    } catch (const RDB_ERROR& error) {
-      return error.what();
-    }
-    return "(no error)";
-  };
   {
     RDB_PANEL_WRITER panel = writer.begin_panel("Paths");
     panel.add_path("Setup||Path 1", -1.0, true);
@@ -322,14 +325,6 @@ TEST_F(RDB_WRITER_TEST, RowsOfTablesWrittenInTurnReadBackWhole) {
 
 TEST_F(RDB_WRITER_TEST, MalformedPanelsAreRefusedWithAClearMessage) {
   RDB_WRITER writer(m_file, RDB_TIMING_REPORT);
-  auto message_of = [](auto&& action) -> std::string {
-    try {
-      action();
-    } catch (const RDB_ERROR& error) {
-      return error.what();
-    }
-    return "(no error)";
-  };
   EXPECT_NE(message_of([&] { writer.begin_panel("A||B"); }).find("may not contain \"||\""),
             std::string::npos);
   EXPECT_NE(message_of([&] { writer.begin_panel(""); }).find("empty"), std::string::npos);
