@@ -17,6 +17,7 @@
 #include "reports/ReportPanels.hh"
 #include "reports/ReportTable.hh"
 
+#include "program_run.hh"
 #include "rdb/rdb_object.hh"
 #include "rdb/rdb_report.hh"
 #include "rdb/rdb_writer.hh"
@@ -59,20 +60,6 @@ struct Times
   double wall = -1;
   double cpu = -1;
 };
-
-std::string run(const std::string &command)
-{
-  std::string output;
-  FILE *pipe = popen(command.c_str(), "r");
-  if (!pipe)
-    return output;
-  char buffer[4096];
-  size_t n;
-  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
-    output.append(buffer, n);
-  pclose(pipe);
-  return output;
-}
 
 std::map<std::string, Times> parse_times(const std::string &output)
 {
@@ -223,9 +210,12 @@ int main(int argc, char **argv)
   };
   std::map<std::string, Times> theirs, ours;
   for (int i = 0; i < repeat; i++) {
-    best_of(theirs, parse_times(run(sta + " -no_splash -exit " + dir + "/bench_sta.tcl 2>&1")));
+    best_of(theirs, parse_times(
+                      chronel::truth::run_program(sta, {"-no_splash", "-exit", dir + "/bench_sta.tcl"})
+                        .output));
     fs::remove_all(dir + "/vexa_db");
-    best_of(ours, parse_times(run(engine + " -t " + dir + "/bench_vexa.tcl 2>&1")));
+    best_of(ours, parse_times(
+                    chronel::truth::run_program(engine, {"-t", dir + "/bench_vexa.tcl"}).output));
   }
   if (!theirs.count("report") || !ours.count("report")) {
     std::fprintf(stderr, "a run failed (no timing line from %s)\n",

@@ -6,6 +6,7 @@
 
 #include "Engine.hh"
 #include "reports/PathFinder.hh"
+#include "program_run.hh"
 
 #include <gtest/gtest.h>
 
@@ -32,20 +33,6 @@ struct StaRun
   std::vector<StaPath> paths;                        // one per -to report, in order
 };
 
-std::string run_program(const std::string &command)
-{
-  std::string output;
-  FILE *pipe = popen(command.c_str(), "r");
-  if (!pipe)
-    return output;
-  char buffer[4096];
-  size_t n;
-  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
-    output.append(buffer, n);
-  pclose(pipe);
-  return output;
-}
-
 StaRun run_sta(const ReportTestEngine &test, const std::string &constraints, bool max, int count,
                const std::vector<std::string> &endpoints)
 {
@@ -64,7 +51,8 @@ StaRun run_sta(const ReportTestEngine &test, const std::string &constraints, boo
       script << "puts \"@@PATH\"\nreport_checks -path_delay " << (max ? "max" : "min")
              << " -digits 4 -to {" << endpoint << "}\n";
   }
-  std::string output = run_program("sta -no_splash -exit " + script_path + " 2>&1");
+  std::string output =
+    chronel::truth::run_program("sta", {"-no_splash", "-exit", script_path}).output;
   std::remove(script_path.c_str());
 
   StaRun run;
