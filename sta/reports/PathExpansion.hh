@@ -72,11 +72,6 @@ private:
 class ExpandedPath
 {
 public:
-  ExpandedPath() = default;
-  ExpandedPath(const sta::Path *path, PrevPathCache &cache, const sta::StaState *sta)
-  {
-    expand(path, cache, sta);
-  }
   // Lays out `path`, replacing what was there (the storage is reused).
   void expand(const sta::Path *path, PrevPathCache &cache, const sta::StaState *sta);
 
