@@ -4,24 +4,12 @@
 
 #include "lum_test_support.hh"
 #include "platform/atcl.hh"
-#include "tcl/lum_tcl_args_auto.hh"
 #include "tcl/lum_tcl_dialogs.hh"
 
 namespace {
 
-class CallbackCommands : public ::testing::Test {
+class CallbackCommands : public LUM_CONSOLE_TEST {
  protected:
-  static void SetUpTestSuite() {
-    lum_test_app();
-    ASSERT_EQ(lum_lum_register_tcl(), TCL_OK);
-  }
-  void SetUp() override {
-    console = std::make_unique<LUM_CONSOLE_CTRL>();
-    frame.console = console.get();
-    lum_set_frame(&frame);
-  }
-  void TearDown() override { lum_set_frame(nullptr); }
-
   int eval(const std::string& script, std::string* result = nullptr) {
     return atcl_tcl_eval(script.c_str(), result);
   }
@@ -33,10 +21,6 @@ class CallbackCommands : public ::testing::Test {
     }
     return texts;
   }
-
-  LUM_TEST_FRAME frame;
-  std::unique_ptr<LUM_CONSOLE_CTRL> console;
-  LUM_TEST_BOXES boxes;
 };
 
 TEST_F(CallbackCommands, PackageIsProvidedWithItsVersion) {

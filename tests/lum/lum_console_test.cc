@@ -11,7 +11,6 @@
 
 #include "lum_test_support.hh"
 #include "platform/cfg.hh"
-#include "tcl/lum_tcl_args_auto.hh"
 
 namespace {
 
@@ -19,25 +18,18 @@ std::string fake_engine(const std::string& options = "") {
   return std::string("\"") + CHRONEL_BIN_DIR + "/fake_engine\" " + options;
 }
 
-class ConsoleWithScriptedEngine : public ::testing::Test {
+class ConsoleWithScriptedEngine : public LUM_CONSOLE_TEST {
  protected:
-  static void SetUpTestSuite() {
-    lum_test_app();
-    ASSERT_EQ(lum_lum_register_tcl(), TCL_OK);
-  }
   void SetUp() override {
     ASSERT_TRUE(dir.isValid());
     log_path = dir.filePath("commands.log").toStdString();
-    console = std::make_unique<LUM_CONSOLE_CTRL>();
-    frame.console = console.get();
-    lum_set_frame(&frame);
+    LUM_CONSOLE_TEST::SetUp();
     msg_set_internal_error_handler([this](const std::string& condition, const std::string&, int) {
       internal_errors.push_back(condition);
     });
   }
   void TearDown() override {
-    console.reset();
-    lum_set_frame(nullptr);
+    LUM_CONSOLE_TEST::TearDown();
     msg_set_internal_error_handler(nullptr);
     cfg_clear_overrides();
   }
@@ -52,31 +44,26 @@ class ConsoleWithScriptedEngine : public ::testing::Test {
     ASSERT_GT(pid, 0);
     ::kill(pid, SIGKILL);
   }
-  // Runs the event loop until the engine has answered every command.
-  bool settle(int timeout_ms = 10000) {
-    return lum_pump_until([this] {
-      return !console->is_busy() && console->pending_count() == 0 && !console->get_msg_display()->has_lines();
-    }, timeout_ms);
-  }
   std::vector<std::string> received() {
     std::vector<std::string> lines;
     std::ifstream in(log_path);
     for (std::string line; std::getline(in, line);) lines.push_back(line);
     return lines;
   }
-  std::vector<std::string> rows() {
-    std::vector<std::string> texts;
-    LUM_CONSOLE_MODEL* model = console->get_model();
-    for (int i = 0; i < model->row_count(); ++i) texts.emplace_back(model->row_text(i));
-    return texts;
-  }
 
   QTemporaryDir dir;
   std::string log_path;
-  LUM_TEST_FRAME frame;
-  LUM_TEST_BOXES boxes;
   std::vector<std::string> internal_errors;
-  std::unique_ptr<LUM_CONSOLE_CTRL> console;
+};
+
+// The same with the engine started and at its first prompt.
+class ReadyScriptedEngine : public ConsoleWithScriptedEngine {
+ protected:
+  void SetUp() override {
+    ConsoleWithScriptedEngine::SetUp();
+    ASSERT_TRUE(start());
+    ASSERT_TRUE(settle());
+  }
 };
 
 TEST_F(ConsoleWithScriptedEngine, StartupWaitsForTheFirstPromptThenBecomesReady) {
@@ -94,8 +81,7 @@ TEST_F(ConsoleWithScriptedEngine, EngineThatDiesOrCannotStartFailsTheStartup) {
   EXPECT_FALSE(start("--die-before-prompt"));
   lum_pump_until([] { return false; }, 1200);
   EXPECT_EQ(exited.count(), 0);  // the caller reports the failed start, once
-  console = std::make_unique<LUM_CONSOLE_CTRL>();
-  frame.console = console.get();
+  new_console();
   console->set_engine_command_line("\"/nonexistent/vexa_sta\" --ipc_sh");
   EXPECT_FALSE(console->startup());
 }
@@ -110,16 +96,13 @@ TEST_F(ConsoleWithScriptedEngine, EngineThatNeverPromptsIsGivenUpAfterTheStartup
 
   // Without waiting, the start succeeds and the console stays busy until a prompt comes.
   cfg_set_override("lum_dont_wait_for_sta_to_startup", "1");
-  console = std::make_unique<LUM_CONSOLE_CTRL>();
-  frame.console = console.get();
+  new_console();
   EXPECT_TRUE(start("--startup-delay 200"));
   EXPECT_TRUE(console->is_busy());
   EXPECT_TRUE(settle());
 }
 
-TEST_F(ConsoleWithScriptedEngine, CommandsQueueWhileBusyAndRunInOrderAfterEachPrompt) {
-  ASSERT_TRUE(start());
-  ASSERT_TRUE(settle());
+TEST_F(ReadyScriptedEngine, CommandsQueueWhileBusyAndRunInOrderAfterEachPrompt) {
   QSignalSpy history(console.get(), &LUM_CONSOLE_CTRL::history_entry_added);
   console->run_command("sleep 200\n");
   console->run_command("raw echo_stdout  second\r\n");
@@ -139,9 +122,7 @@ TEST_F(ConsoleWithScriptedEngine, CommandsQueueWhileBusyAndRunInOrderAfterEachPr
   EXPECT_GE(frame.next_task_starts, 3);
 }
 
-TEST_F(ConsoleWithScriptedEngine, HistoryKeepsRepeatsOnceButTheTabGetsEveryCommand) {
-  ASSERT_TRUE(start());
-  ASSERT_TRUE(settle());
+TEST_F(ReadyScriptedEngine, HistoryKeepsRepeatsOnceButTheTabGetsEveryCommand) {
   QSignalSpy history(console.get(), &LUM_CONSOLE_CTRL::history_entry_added);
   for (const char* cmd : {"a", "a", "b", "", "a"}) console->run_command(cmd);
   ASSERT_TRUE(settle());
@@ -180,9 +161,7 @@ TEST_F(ConsoleWithScriptedEngine, ClearEmptiesRowsWithoutSendingClearAndExitClos
   EXPECT_EQ(console->get_ipc_object(), nullptr);
 }
 
-TEST_F(ConsoleWithScriptedEngine, HiddenCommandReturnsTheTextLinesExactlyAndShowsNothing) {
-  ASSERT_TRUE(start());
-  ASSERT_TRUE(settle());
+TEST_F(ReadyScriptedEngine, HiddenCommandReturnsTheTextLinesExactlyAndShowsNothing) {
   int rows_before = console->get_model()->row_count();
   std::vector<std::string> result;
   // Plain, braced, escaped (unbalanced brace) and empty texts, as the engine encodes them.
@@ -198,27 +177,18 @@ TEST_F(ConsoleWithScriptedEngine, HiddenCommandReturnsTheTextLinesExactlyAndShow
   EXPECT_EQ(result, (std::vector<std::string>{"Chronel Internal Error", "\"broken\""}));
 }
 
-TEST_F(ConsoleWithScriptedEngine, HiddenCommandWhileBusyIsRefusedWithTheCatalogueMessage) {
-  ASSERT_TRUE(start());
-  ASSERT_TRUE(settle());
-  console->run_command("sleep 300");
+// Refused both while a command runs and while the engine waits for the rest
+// of one: the hidden command's own line would complete the user's.
+TEST_F(ReadyScriptedEngine, HiddenCommandIsRefusedWhileBusyOrWhileTheEngineWaitsForTheRestOfACommand) {
   std::vector<std::string> result{"untouched"};
+  console->run_command("sleep 300");
   console->run_command("names", &result);
-  EXPECT_EQ(boxes.ids, (std::vector<std::string>{"LUM_STA_IS_BUSY"}));
-  EXPECT_EQ(result, (std::vector<std::string>{"untouched"}));
-  ASSERT_TRUE(settle());
-  EXPECT_EQ(received(), (std::vector<std::string>{"sleep 300"}));
-}
-
-TEST_F(ConsoleWithScriptedEngine, HiddenCommandIsRefusedWhileTheEngineWaitsForTheRestOfACommand) {
-  ASSERT_TRUE(start());
   ASSERT_TRUE(settle());
   console->run_command("rawnp > ");  // the engine now waits for more input
   ASSERT_TRUE(settle());
   EXPECT_FALSE(console->is_busy());  // the user may type the rest
-  std::vector<std::string> result{"untouched"};
   console->run_command("names", &result);
-  EXPECT_EQ(boxes.ids, (std::vector<std::string>{"LUM_STA_IS_BUSY"}));
+  EXPECT_EQ(boxes.ids, (std::vector<std::string>{"LUM_STA_IS_BUSY", "LUM_STA_IS_BUSY"}));
   EXPECT_EQ(result, (std::vector<std::string>{"untouched"}));
   // Once the command is complete, hidden commands run again.
   console->run_command("rest");
@@ -226,7 +196,7 @@ TEST_F(ConsoleWithScriptedEngine, HiddenCommandIsRefusedWhileTheEngineWaitsForTh
   result.clear();
   console->run_command("names", &result);
   EXPECT_EQ(result, (std::vector<std::string>{"ran"}));
-  EXPECT_EQ(received(), (std::vector<std::string>{"rawnp > ", "rest", "names"}));
+  EXPECT_EQ(received(), (std::vector<std::string>{"sleep 300", "rawnp > ", "rest", "names"}));
   // A hidden command that is itself incomplete returns at the continuation
   // prompt instead of waiting for ever.
   result.clear();
@@ -234,18 +204,14 @@ TEST_F(ConsoleWithScriptedEngine, HiddenCommandIsRefusedWhileTheEngineWaitsForTh
   EXPECT_TRUE(result.empty());
 }
 
-TEST_F(ConsoleWithScriptedEngine, HiddenCommandReturnsWhenTheEngineDies) {
-  ASSERT_TRUE(start());
-  ASSERT_TRUE(settle());
+TEST_F(ReadyScriptedEngine, HiddenCommandReturnsWhenTheEngineDies) {
   std::vector<std::string> result;
   console->run_command("die", &result);
   EXPECT_TRUE(result.empty());
   EXPECT_TRUE(console->get_ipc_object()->has_ended());
 }
 
-TEST_F(ConsoleWithScriptedEngine, EngineDyingMidCommandIsReportedOnceAndClosesTheFrame) {
-  ASSERT_TRUE(start());
-  ASSERT_TRUE(settle());
+TEST_F(ReadyScriptedEngine, EngineDyingMidCommandIsReportedOnceAndClosesTheFrame) {
   QSignalSpy exited(console.get(), &LUM_CONSOLE_CTRL::kro_exited);
   console->run_command("rawnp echo_stdout  partial_output");
   console->run_command("die");  // queued behind the first, which never prompts
@@ -260,9 +226,7 @@ TEST_F(ConsoleWithScriptedEngine, EngineDyingMidCommandIsReportedOnceAndClosesTh
   EXPECT_EQ(rows().back(), "partial_output");
 }
 
-TEST_F(ConsoleWithScriptedEngine, EverythingTheEnginePrintedBeforeDyingIsShownBeforeTheExitReport) {
-  ASSERT_TRUE(start());
-  ASSERT_TRUE(settle());
+TEST_F(ReadyScriptedEngine, EverythingTheEnginePrintedBeforeDyingIsShownBeforeTheExitReport) {
   std::vector<std::string> rows_at_exit;
   QObject::connect(console.get(), &LUM_CONSOLE_CTRL::kro_exited, [&] { rows_at_exit = rows(); });
   // Without the event loop the engine's lines stay in the interpreter's
@@ -280,9 +244,7 @@ TEST_F(ConsoleWithScriptedEngine, EverythingTheEnginePrintedBeforeDyingIsShownBe
   EXPECT_EQ(boxes.ids, (std::vector<std::string>{"LUM_STA_EXITED"}));
 }
 
-TEST_F(ConsoleWithScriptedEngine, EngineInternalErrorIsShownAndTheEngineGoesOn) {
-  ASSERT_TRUE(start());
-  ASSERT_TRUE(settle());
+TEST_F(ReadyScriptedEngine, EngineInternalErrorIsShownAndTheEngineGoesOn) {
   console->run_command("raw msg_internal_error 0 \"invariant broken\"");
   ASSERT_TRUE(settle());
   EXPECT_EQ(internal_errors, (std::vector<std::string>{"invariant broken"}));
@@ -295,9 +257,7 @@ TEST_F(ConsoleWithScriptedEngine, EngineInternalErrorIsShownAndTheEngineGoesOn) 
   EXPECT_EQ(rows()[3], "still_alive") << ::testing::PrintToString(rows());
 }
 
-TEST_F(ConsoleWithScriptedEngine, ExitIsNotReportedWhileAnInternalErrorIsPendingOrWhenStartupIsSwitchedOff) {
-  ASSERT_TRUE(start());
-  ASSERT_TRUE(settle());
+TEST_F(ReadyScriptedEngine, ExitIsNotReportedWhileAnInternalErrorIsPendingOrWhenStartupIsSwitchedOff) {
   QSignalSpy exited(console.get(), &LUM_CONSOLE_CTRL::kro_exited);
   console->get_msg_display()->get_internal_error_seen_event().post();
   kill_engine();
@@ -307,8 +267,7 @@ TEST_F(ConsoleWithScriptedEngine, ExitIsNotReportedWhileAnInternalErrorIsPending
   ASSERT_TRUE(lum_pump_until([&] { return exited.count() > 0; }));
 
   cfg_set_override("lum_dont_startup_sta", "1");
-  console = std::make_unique<LUM_CONSOLE_CTRL>();
-  frame.console = console.get();
+  new_console();
   boxes.ids.clear();
   frame.close_requests = 0;
   ASSERT_TRUE(start());
@@ -319,9 +278,7 @@ TEST_F(ConsoleWithScriptedEngine, ExitIsNotReportedWhileAnInternalErrorIsPending
   EXPECT_EQ(frame.close_requests, 0);
 }
 
-TEST_F(ConsoleWithScriptedEngine, PartialLinesAndMultiLineCallBacksBecomeWholeRows) {
-  ASSERT_TRUE(start());
-  ASSERT_TRUE(settle());
+TEST_F(ReadyScriptedEngine, PartialLinesAndMultiLineCallBacksBecomeWholeRows) {
   console->run_command("partial echo_stdout  hel|lo");
   console->run_command("raw echo_stdout {first\tline\\nsecond line\\n}\\nreport_status 42\\nlum_set_time_unit ps");
   console->run_command("raw msg_post 0 warning VSTA-7 \"careful\" \"{extra_info VSTA-8 {more} {}}\"");
@@ -340,9 +297,7 @@ TEST_F(ConsoleWithScriptedEngine, PartialLinesAndMultiLineCallBacksBecomeWholeRo
   EXPECT_EQ(r[8], "");
 }
 
-TEST_F(ConsoleWithScriptedEngine, FloodArrivesCompleteAndInOrder) {
-  ASSERT_TRUE(start());
-  ASSERT_TRUE(settle());
+TEST_F(ReadyScriptedEngine, FloodArrivesCompleteAndInOrder) {
   console->run_command("flood 100000");
   ASSERT_TRUE(settle(60000));
   LUM_CONSOLE_MODEL* model = console->get_model();

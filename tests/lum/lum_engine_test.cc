@@ -7,41 +7,16 @@
 #include <csignal>
 
 #include "lum_test_support.hh"
-#include "tcl/lum_tcl_args_auto.hh"
 
 namespace {
 
-class ConsoleWithEngine : public ::testing::Test {
+class ConsoleWithEngine : public LUM_CONSOLE_TEST {
  protected:
-  static void SetUpTestSuite() {
-    lum_test_app();
-    ASSERT_EQ(lum_lum_register_tcl(), TCL_OK);
-  }
   void SetUp() override {
-    console = std::make_unique<LUM_CONSOLE_CTRL>();
-    frame.console = console.get();
-    lum_set_frame(&frame);
+    LUM_CONSOLE_TEST::SetUp();
     ASSERT_TRUE(console->startup()) << console->get_engine_command_line();
     ASSERT_TRUE(settle());
   }
-  void TearDown() override {
-    console.reset();
-    lum_set_frame(nullptr);
-  }
-  bool settle(int timeout_ms = 30000) {
-    return lum_pump_until([this] {
-      return !console->is_busy() && console->pending_count() == 0 && !console->get_msg_display()->has_lines();
-    }, timeout_ms);
-  }
-  std::vector<std::string> rows() {
-    std::vector<std::string> texts;
-    for (int i = 0; i < console->get_model()->row_count(); ++i) texts.emplace_back(console->get_model()->row_text(i));
-    return texts;
-  }
-
-  LUM_TEST_FRAME frame;
-  LUM_TEST_BOXES boxes;
-  std::unique_ptr<LUM_CONSOLE_CTRL> console;
 };
 
 TEST_F(ConsoleWithEngine, StartsFromTheModuleDirectoryAndShowsTheFirstPrompt) {
@@ -83,17 +58,6 @@ TEST_F(ConsoleWithEngine, ErrorsBecomeMessageRowsWithTheirDetail) {
   EXPECT_NE(rows()[1].find("invalid command name \"no_such_command\""), std::string::npos) << rows()[1];
   EXPECT_EQ(model->row_level(2), 1);
   EXPECT_EQ(model->row_type(model->row_count() - 1), LUM_KRO_OUTPUT_TCL_PROMPT);
-}
-
-TEST_F(ConsoleWithEngine, EngineKilledMidCommandReachesTheExitHandler) {
-  QSignalSpy exited(console.get(), &LUM_CONSOLE_CTRL::kro_exited);
-  console->run_command("after 20000");
-  lum_pump_until([] { return false; }, 200);
-  ::kill(console->get_ipc_object()->get_pid(), SIGKILL);
-  ASSERT_TRUE(lum_pump_until([&] { return exited.count() > 0; }));
-  EXPECT_FALSE(console->is_busy());
-  EXPECT_EQ(boxes.ids, (std::vector<std::string>{"LUM_STA_EXITED"}));
-  EXPECT_EQ(frame.close_requests, 1);
 }
 
 TEST_F(ConsoleWithEngine, ShutdownEndsTheEngineAndJoinsTheReader) {

@@ -1,7 +1,10 @@
 // Shared pieces of the front-end engine-link tests: a main frame that records
 // what the package and the console ask of it, the Qt application the console's
-// timers need, and a helper that runs the event loop until a condition holds.
+// timers need, a helper that runs the event loop until a condition holds, and
+// the fixture every console test starts from.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -9,12 +12,14 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "engine/lum_console_ctrl.hh"
 #include "engine/lum_frame_iface.hh"
 #include "platform/msg.hh"
+#include "tcl/lum_tcl_args_auto.hh"
 
 class LUM_TEST_FRAME : public LUM_FRAME_IFACE {
  public:
@@ -99,4 +104,41 @@ struct LUM_TEST_BOXES {
     });
   }
   ~LUM_TEST_BOXES() { msg_set_box_handler(nullptr); }
+};
+
+// A console beside the recording frame, with the package "::vexa::lum"
+// registered and message boxes recorded. No engine is started.
+class LUM_CONSOLE_TEST : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    lum_test_app();
+    ASSERT_EQ(lum_lum_register_tcl(), TCL_OK);
+  }
+  void SetUp() override { new_console(); }
+  void TearDown() override {
+    console.reset();
+    lum_set_frame(nullptr);
+  }
+
+  // Replaces the console by a fresh one, as after a failed start.
+  void new_console() {
+    console = std::make_unique<LUM_CONSOLE_CTRL>();
+    frame.console = console.get();
+    lum_set_frame(&frame);
+  }
+  // Runs the event loop until the engine has answered every command.
+  bool settle(int timeout_ms = 30000) {
+    return lum_pump_until([this] {
+      return !console->is_busy() && console->pending_count() == 0 && !console->get_msg_display()->has_lines();
+    }, timeout_ms);
+  }
+  std::vector<std::string> rows() {
+    std::vector<std::string> texts;
+    for (int i = 0; i < console->get_model()->row_count(); ++i) texts.emplace_back(console->get_model()->row_text(i));
+    return texts;
+  }
+
+  LUM_TEST_FRAME frame;
+  LUM_TEST_BOXES boxes;
+  std::unique_ptr<LUM_CONSOLE_CTRL> console;
 };
