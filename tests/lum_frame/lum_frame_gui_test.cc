@@ -132,7 +132,6 @@ TEST_F(FrameTest, ReportCommandsQueueTheirLineAndRememberThePanel) {
   m_frame->run_menu_command(LUM_ID_REPORT_SETUP_SUMMARY);
   EXPECT_EQ(console()->get_current_command(), "create_timing_summary -setup -panel_name \"Summary (Setup)\"");
   EXPECT_EQ(m_frame->get_panel_to_select(), "Summary (Setup)");
-  // A command chosen while busy is queued, not refused.
   m_frame->run_menu_command(LUM_ID_REPORT_SDC);  // disabled while busy: the menu does nothing
   EXPECT_EQ(console()->pending_count(), 0u);
   engine_prompts();

@@ -75,22 +75,19 @@ TEST(CommandEnabling, FollowsTheStateFlagsAndTheBusyState) {
   for (const ENABLE_CASE& c : cases) EXPECT_EQ(lum_command_is_enabled(c.id, c.state), c.enabled) << c.what;
 }
 
-TEST(CommandTable, ReportCommandsNameThePanelTheyAskToSelect) {
-  const std::pair<unsigned, const char*> expected[] = {
-      {LUM_ID_REPORT_SETUP_SUMMARY, "Summary (Setup)"}, {LUM_ID_REPORT_HOLD_SUMMARY, "Summary (Hold)"},
-      {LUM_ID_REPORT_RECOVERY_SUMMARY, "Summary (Recovery)"}, {LUM_ID_REPORT_REMOVAL_SUMMARY, "Summary (Removal)"},
-      {LUM_ID_REPORT_CLOCKS, "Clocks Summary"}, {LUM_ID_REPORT_CLOCK_TRANSFERS, "Clock Transfers"},
-      {LUM_ID_REPORT_SDC, "SDC Assignments"}, {LUM_ID_REPORT_UCP, "Unconstrained Paths"}};
-  for (const auto& [id, panel] : expected) {
-    const LUM_COMMAND_DEF* def = lum_find_command(id);
-    ASSERT_NE(def, nullptr) << id;
-    ASSERT_NE(def->panel_name, nullptr) << id;
-    EXPECT_STREQ(def->panel_name, panel);
-    // Every report line but report_sdc names its panel itself.
-    if (id != LUM_ID_REPORT_SDC) {
-      EXPECT_NE(std::string(def->command_line).find(std::string("-panel_name \"") + panel + "\""), std::string::npos);
+TEST(CommandTable, ReportCommandsAskForThePanelTheirLineCreates) {
+  int panels = 0;
+  for (const LUM_COMMAND_DEF& def : lum_command_table()) {
+    if (def.panel_name == nullptr) continue;
+    ++panels;
+    // Every report line but report_sdc, whose panel the engine names, names its panel itself.
+    if (std::string(def.command_line) != "report_sdc") {
+      EXPECT_NE(std::string(def.command_line).find(std::string("-panel_name \"") + def.panel_name + "\""),
+                std::string::npos)
+          << def.command_line;
     }
   }
+  EXPECT_EQ(panels, 8);
   // Identifiers and handler names are unique, so menus and site files find one command each.
   for (const LUM_COMMAND_DEF& a : lum_command_table()) {
     for (const LUM_COMMAND_DEF& b : lum_command_table()) {
