@@ -141,6 +141,8 @@ bool Engine::start(std::string &error)
   register_sdc_commands(*this);
   register_collection_commands(*this);
   register_report_commands(*this);
+  register_input_guards(*this);
+  register_tcl_guards(*this);
   Tcl_ResetResult(m_interp);
   return true;
 }
@@ -157,6 +159,13 @@ void Engine::renew_sta()
   sta::Sta::setSta(m_sta);
   m_sta->makeComponents();
   m_sta->setTclInterp(m_interp);
+  ++m_objects_generation;
+}
+
+void Engine::discard_objects()
+{
+  m_sta->clear();
+  ++m_objects_generation;
 }
 
 sta::Network *Engine::network() const
@@ -307,6 +316,8 @@ void Engine::post(MessageKind kind, std::string_view id, std::string_view text,
 {
   if (kind == MessageKind::error)
     ++m_error_count;
+  else if (kind == MessageKind::warning)
+    m_last_warning = text;
   if (m_sink.mode() == OutputMode::plain) {
     print_plain_message(m_sink, kind, text, subs, 0,
                         kind != MessageKind::info && kind != MessageKind::extra_info);

@@ -93,6 +93,12 @@ public:
   // so every timing netlist is built in a new instance. Pointers taken from
   // sta() or network() before the call are invalid after it.
   void renew_sta();
+  // Counts the changes of the design objects' set: renew_sta and
+  // discard_objects step it, so that lists of valid objects can tell that
+  // they are out of date.
+  unsigned objects_generation() const { return m_objects_generation; }
+  // Clears OpenSTA's design (netlist, libraries, constraints).
+  void discard_objects();
 
   // --- Project ---------------------------------------------------------------
   // The open project, or nullptr.
@@ -155,6 +161,9 @@ public:
   // Number of error posts so far (a step that adds some has failed even
   // when OpenSTA's command itself returned normally).
   int error_count() const { return m_error_count; }
+  // Text of the latest warning post (a reader's syntax warning names the
+  // line that a command turning it into an error repeats).
+  const std::string &last_warning() const { return m_last_warning; }
   // A broken invariant of the engine: "msg_internal_error 0 TEXT".
   void internal_error(std::string_view text);
   // Progress of long work, 0..100: "report_status N".
@@ -207,6 +216,8 @@ private:
   bool m_interrupted = false;
   bool m_reading_sdc = false;
   int m_error_count = 0;
+  std::string m_last_warning;
+  unsigned m_objects_generation = 0;
 };
 
 } // namespace vexa

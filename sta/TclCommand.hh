@@ -28,5 +28,11 @@ void register_project_commands(Engine &engine);
 void register_netlist_commands(Engine &engine);
 void register_sdc_commands(Engine &engine);
 void register_collection_commands(Engine &engine);
+// Checks put in front of OpenSTA's file readers (after the SDC layer, whose
+// wrapping they use).
+void register_input_guards(Engine &engine);
+// Guards of the interpreter itself: bounded format widths, object handles
+// checked against the design before OpenSTA dereferences them.
+void register_tcl_guards(Engine &engine);
 
 } // namespace vexa

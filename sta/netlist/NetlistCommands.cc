@@ -66,7 +66,7 @@ bool step(Engine &engine, const std::string &script, const std::string &what, st
 
 void discard_design(Engine &engine)
 {
-  engine.sta()->clear();
+  engine.discard_objects();
 }
 
 int create_timing_netlist(Engine &engine, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[])

@@ -25,6 +25,14 @@ std::string join(const std::vector<std::string> &items, const char *separator)
   return out;
 }
 
+// True when path can be opened for reading and is not a folder (a folder
+// opens as a stream on Linux and then reads as empty).
+bool readable_file(const std::string &path)
+{
+  std::error_code ec;
+  return !fs::is_directory(path, ec) && std::ifstream(path).good();
+}
+
 // Checks what the settings file names against the device families and the
 // file system, so that an unusable revision is refused when it is opened.
 bool check_settings(const Engine &engine, const RevisionSettings &settings, std::string &error)
@@ -45,18 +53,24 @@ bool check_settings(const Engine &engine, const RevisionSettings &settings, std:
     return false;
   }
   for (size_t i = 0; i < settings.verilog_files.size(); ++i) {
-    std::ifstream in(settings.verilog_files[i]);
-    if (!in) {
+    if (!readable_file(settings.verilog_files[i])) {
       error = located_error(settings.path, settings.verilog_lines[i],
                             "netlist file \"" + settings.verilog_files[i] + "\" cannot be read");
       return false;
     }
   }
   for (const std::string *file : {&settings.spef_file, &settings.sdf_file})
-    if (!file->empty() && !std::ifstream(*file)) {
+    if (!file->empty() && !readable_file(*file)) {
       error = settings.path + ": file \"" + *file + "\" cannot be read";
       return false;
     }
+  for (const std::string &sdc : settings.sdc_files) {
+    std::error_code ec;
+    if (fs::is_directory(sdc, ec)) {
+      error = settings.path + ": SDC file \"" + sdc + "\" is a folder";
+      return false;
+    }
+  }
   return true;
 }
 

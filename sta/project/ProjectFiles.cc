@@ -3,6 +3,7 @@
 #include "project/KeyValueFile.hh"
 #include "protocol/Encoder.hh"
 
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <sstream>
@@ -20,13 +21,31 @@ std::string absolute_of(const std::string &path)
   return (ec ? fs::path(path) : p).lexically_normal().string();
 }
 
+// A finite number written in full ("1e999", "inf" and "nan" are refused:
+// a clock of infinite period would make every later report spin).
 bool parse_number(const std::string &text, double &value)
 {
   if (text.empty())
     return false;
   char *end = nullptr;
   value = std::strtod(text.c_str(), &end);
-  return end && *end == '\0';
+  return end && *end == '\0' && std::isfinite(value);
+}
+
+// Why name cannot be a revision ("" when it can). A revision's name becomes
+// the base name of its settings file and of the files the engine writes
+// beside the project, so it must stay a plain name inside the folder.
+std::string revision_name_fault(const std::string &name)
+{
+  if (name.empty())
+    return "empty revision name";
+  if (name == "." || name == "..")
+    return "revision name \"" + name + "\" is not a name";
+  for (unsigned char c : name)
+    if (c == '/' || c == '\\' || c < 0x20 || c == 0x7f)
+      return "revision name \"" + name + "\" holds a path separator or control character "
+             "(revisions are names, not paths)";
+  return std::string();
 }
 
 std::vector<std::string> split_blanks(const std::string &text)
@@ -65,12 +84,19 @@ bool read_project_file(const std::string &path, ProjectFile &out, std::string &e
   out = ProjectFile();
   out.path = abs;
   out.directory = fs::path(abs).parent_path().string();
+  bool named = false;
   for (const KeyValueEntry &e : file.entries) {
     if (e.key == "project_name") {
+      if (named) {
+        error = located_error(abs, e.line, "\"project_name\" is given twice");
+        return false;
+      }
+      named = true;
       out.name = e.value;
     } else if (e.key == "revision") {
-      if (e.value.empty()) {
-        error = located_error(abs, e.line, "empty revision name");
+      std::string fault = revision_name_fault(e.value);
+      if (!fault.empty()) {
+        error = located_error(abs, e.line, fault);
         return false;
       }
       for (const std::string &r : out.revisions)
@@ -155,13 +181,13 @@ bool read_revision_settings(const std::string &path, RevisionSettings &out, std:
       req.port = words[1];
       if (!parse_number(words[2], req.period) || req.period <= 0.0) {
         error = located_error(abs, e.line, "clock period \"" + words[2]
-                              + "\" is not a positive number");
+                              + "\" is not a finite positive number");
         return false;
       }
       if (words.size() == 5) {
         double rise = 0.0, fall = 0.0;
         if (!parse_number(words[3], rise) || !parse_number(words[4], fall)) {
-          error = located_error(abs, e.line, "clock edge times must be numbers");
+          error = located_error(abs, e.line, "clock edge times must be finite numbers");
           return false;
         }
         if (rise < 0.0 || fall <= rise) {

@@ -323,7 +323,13 @@ int create_slack_histogram(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *cons
     throw ReportError("create_slack_histogram: option -clock_name is required.");
   std::vector<std::string> clock = object_names(engine, {args.value("-clock_name")});
   Analysis analysis = analysis_option(args);
+  // Each bin is a row in the panel and a bar of the chart: beyond this
+  // many, a histogram only costs time, memory and disk.
+  constexpr int max_bins = 10000;
   int num_bins = args.positive_int("-num_bins").value_or(30);
+  if (num_bins > max_bins)
+    throw ReportError("create_slack_histogram: -num_bins may be at most "
+                      + std::to_string(max_bins) + ", not " + std::to_string(num_bins) + ".");
   std::optional<double> min_slack = args.number("-min_slack");
   std::optional<double> max_slack = args.number("-max_slack");
   std::string panel_name = "Slack Histogram (" + clock[0] + ")";

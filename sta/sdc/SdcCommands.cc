@@ -6,6 +6,9 @@
 #include "project/KeyValueFile.hh"
 #include "shell/CommandAssembler.hh"
 
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -43,8 +46,16 @@ int source_sdc_file(Engine &engine, const std::string &path)
     ++line_no;
     if (!input.pending())
       first_line = line_no;
-    if (input.add(line))
-      run(input.take(), first_line);
+    if (!input.add(line))
+      continue;
+    if (input.refused()) {
+      input.take();
+      ++errors;
+      engine.post(MessageKind::error, "VSTA-1301", "SDC error in " + path + " line "
+                  + std::to_string(line_no) + ": the command holds a NUL byte and was not run");
+      continue;
+    }
+    run(input.take(), first_line);
   }
   if (input.pending() && !engine.interrupt_requested())
     run(input.take(), first_line);
@@ -81,6 +92,10 @@ int read_sdc(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
       if (here)
         path = file;
     }
+    std::error_code ec;
+    if (std::filesystem::is_directory(path, ec))
+      return engine.tcl_error("read_sdc: \"" + path + "\" is a folder, not an SDC file; "
+                              "no constraint was read");
     if (!std::ifstream(path))
       return engine.tcl_error("read_sdc: cannot read SDC file \"" + path
                               + "\"; no constraint was read");
@@ -161,6 +176,70 @@ int post_cmd(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
   return TCL_OK;
 }
 
+// Options whose value is a name, which may read "inf" or "nan" as well.
+bool takes_name(const std::string &option)
+{
+  static const char *const names[] = {
+    "-name", "-clock", "-clocks", "-master_clock", "-source", "-comment", "-group",
+    "-from", "-to", "-through", "-thru", "-rise_from", "-fall_from", "-rise_to", "-fall_to",
+    "-rise_through", "-fall_through", "-rise_thru", "-fall_thru", "-lib_cell", "-library",
+    "-pin", "-from_pin", "-to_pin", "-reference_pin", "-corner", "-logically_exclusive",
+    "-physically_exclusive", "-asynchronous"};
+  for (const char *name : names)
+    if (option == name)
+      return true;
+  return false;
+}
+
+// A word that is a number but not a finite one ("inf", "-Inf", "nan",
+// "1e999"): OpenSTA would take it and every later report would spin.
+bool non_finite_number(const char *text)
+{
+  char *end = nullptr;
+  double value = std::strtod(text, &end);
+  return end != text && *end == '\0' && !std::isfinite(value);
+}
+
+// ::vexa::check_numbers NAME ARGLIST: refuses a non-finite number among the
+// arguments (or the elements of a list argument such as -waveform), and a
+// create_clock period that is not positive.
+int check_numbers(Engine &engine, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[])
+{
+  if (objc != 3)
+    return engine.tcl_error("wrong # args: should be \"::vexa::check_numbers name arglist\"");
+  std::string name = Tcl_GetString(objv[1]);
+  int n = 0;
+  Tcl_Obj **words = nullptr;
+  if (Tcl_ListObjGetElements(interp, objv[2], &n, &words) != TCL_OK)
+    return TCL_ERROR;
+  for (int i = 0; i < n; ++i) {
+    std::string word = Tcl_GetString(words[i]);
+    if (takes_name(word)) {
+      ++i;
+      continue;
+    }
+    if (name == "create_clock" && word == "-period" && i + 1 < n) {
+      double period = 0.0;
+      const char *text = Tcl_GetString(words[i + 1]);
+      if (Tcl_GetDoubleFromObj(nullptr, words[i + 1], &period) != TCL_OK
+          || !std::isfinite(period) || period <= 0.0 || non_finite_number(text))
+        return engine.tcl_error("create_clock: -period must be a finite positive number, not \""
+                                + std::string(text) + "\"");
+      ++i;
+      continue;
+    }
+    int count = 0;
+    Tcl_Obj **elements = nullptr;
+    if (Tcl_ListObjGetElements(nullptr, words[i], &count, &elements) != TCL_OK)
+      continue;
+    for (int k = 0; k < count; ++k)
+      if (non_finite_number(Tcl_GetString(elements[k])))
+        return engine.tcl_error(name + ": \"" + Tcl_GetString(elements[k])
+                                + "\" is not a finite number");
+  }
+  return TCL_OK;
+}
+
 int ensure_up_to_date_cmd(Engine &engine, Tcl_Interp *, int, Tcl_Obj *const[])
 {
   return engine.ensure_up_to_date();
@@ -175,6 +254,7 @@ void register_sdc_commands(Engine &engine)
   add_command(engine, "::vexa::constraint_applied", constraint_applied);
   add_command(engine, "::vexa::post", post_cmd);
   add_command(engine, "::vexa::ensure_up_to_date", ensure_up_to_date_cmd);
+  add_command(engine, "::vexa::check_numbers", check_numbers);
   if (engine.eval(sdc_layer_script) != TCL_OK)
     engine.internal_error(std::string("SDC layer: ") + Tcl_GetStringResult(engine.interp()));
   // read_sdc and write_sdc replace OpenSTA's own after the layer is in place.

@@ -140,6 +140,7 @@ proc ::vexa::uncertainty_targets {arglist} {
 
 proc ::vexa::sdc_apply {name saved arglist} {
   ::vexa::require_netlist $name
+  ::vexa::check_numbers $name $arglist
   set effective $arglist
   switch -- $name {
     set_false_path - set_multicycle_path - set_max_delay - set_min_delay {
@@ -181,6 +182,7 @@ foreach ::vexa::cmd {
 # its master with shifts that put them where they belong.
 proc ::vexa::generated_clock {name saved arglist} {
   ::vexa::require_netlist $name
+  ::vexa::check_numbers $name $arglist
   set phase ""
   set offset ""
   set duty ""
@@ -297,13 +299,35 @@ proc ::vexa::report_first {name saved arglist} {
   return [$saved {*}$arglist]
 }
 foreach ::vexa::cmd {
-  report_checks report_check_types report_tns report_wns report_worst_slack report_clock_skew
+  report_checks report_check_types report_tns report_wns report_worst_slack
   report_path_end report_slack
 } {
   if {[llength [info commands ::$::vexa::cmd]]} {
     ::vexa::wrap $::vexa::cmd ::vexa::report_first
   }
 }
+
+# OpenSTA's clock skew report crashes when it has no clock to report.
+proc ::vexa::clock_skew {name saved arglist} {
+  ::vexa::require_netlist $name
+  set i [lsearch -exact $arglist -clock]
+  if {$i >= 0} {
+    set value [lindex $arglist [expr {$i + 1}]]
+    if {[is_collection $value]} {
+      set clocks $value
+    } else {
+      set clocks [$::vexa::orig(get_clocks) -quiet $value]
+    }
+  } else {
+    set clocks [all_clocks]
+  }
+  if {![llength $clocks]} {
+    error "report_clock_skew: no clock to report (the design has none, or -clock names none)"
+  }
+  ::vexa::ensure_up_to_date
+  return [$saved {*}$arglist]
+}
+::vexa::wrap report_clock_skew ::vexa::clock_skew
 unset ::vexa::cmd
 )TCL";
 

@@ -4,6 +4,12 @@
 // by line and must evaluate whole commands only: a line that leaves a brace,
 // quote or bracket open is joined with the next ones (with "\n") until
 // Tcl_CommandComplete accepts the text.
+//
+// A line holding a NUL byte cannot belong to a command: Tcl's completeness
+// test stops at the NUL, so a NUL inside quotes or braces would keep the
+// command open for ever and swallow every later line. Such a line drops
+// the command it belongs to; add() answers true, take() gives "", and
+// refused() reports it once.
 #pragma once
 
 #include <tcl.h>
@@ -21,6 +27,11 @@ public:
   {
     if (!line.empty() && line.back() == '\r')
       line.pop_back();
+    if (line.find('\0') != std::string::npos) {
+      m_text.clear();
+      m_refused = true;
+      return true;
+    }
     // Incomplete text is never empty, so an empty buffer means a new command.
     if (!m_text.empty())
       m_text += "\n";
@@ -30,6 +41,14 @@ public:
 
   // True while an incomplete command waits for more lines.
   bool pending() const { return !m_text.empty(); }
+
+  // True (once) when the command just taken was dropped for a NUL byte.
+  bool refused()
+  {
+    bool was = m_refused;
+    m_refused = false;
+    return was;
+  }
 
   // The gathered text (complete, or what is left at the end of the input);
   // the assembler starts afresh.
@@ -42,6 +61,7 @@ public:
 
 private:
   std::string m_text;
+  bool m_refused = false;
 };
 
 } // namespace vexa

@@ -193,6 +193,27 @@ int evaluate_command(Engine &engine, const std::string &command)
   return code;
 }
 
+namespace {
+
+void refuse_nul(Engine &engine)
+{
+  engine.post(MessageKind::error, "VSTA-1103",
+              "the command holds a NUL byte and was not run");
+}
+
+// Evaluates the command the assembler completed, or refuses it.
+void evaluate_input(Engine &engine, CommandAssembler &input)
+{
+  bool refused = input.refused();
+  std::string command = input.take();
+  if (refused)
+    refuse_nul(engine);
+  else
+    evaluate_command(engine, command);
+}
+
+} // namespace
+
 int run_protocol_shell(Engine &engine)
 {
   OutputSink &sink = engine.sink();
@@ -204,7 +225,7 @@ int run_protocol_shell(Engine &engine)
       sink.write_protocol_line("> ");
       continue;
     }
-    evaluate_command(engine, input.take());
+    evaluate_input(engine, input);
     sink.write_protocol_line("tcl> ");
   }
   flush_tcl_channels(engine);
@@ -250,6 +271,11 @@ int run_interactive_shell(Engine &engine, const std::string &project_path)
     }
     if (!input.add(line))
       continue;
+    if (input.refused()) {
+      input.take();
+      refuse_nul(engine);
+      continue;
+    }
     std::string command = input.take();
     if (terminal && command.find_first_not_of(" \t") != std::string::npos)
       add_history(command.c_str());

@@ -482,24 +482,6 @@ TEST_F(EngineSession, InterruptedReadSdcStopsAtOnceAndRegistersTheClocksMadeSoFa
   EXPECT_EQ(hidden_texts(engine.command("expr 6*7")), Lines{"42"});
 }
 
-TEST_F(EngineSession, ACrashInsideACommandIsAnInternalErrorAndTheEngineGoesOn)
-{
-  open_with_netlist();
-  // A forged object handle makes OpenSTA dereference a bad pointer.
-  Lines crash = engine.command("get_full_name _0000000000000010_p_Instance");
-  ASSERT_EQ(crash.size(), 1u) << joined(crash);
-  EXPECT_EQ(crash[0].rfind("msg_internal_error 0 \"signal 11", 0), 0u) << crash[0];
-  EXPECT_EQ(hidden_texts(engine.command("llength [get_cells *]")), Lines{"5"});
-
-  // After a crash while reading an SDC file, constraints are applied at top
-  // level again (not as part of a file) and still notify the front end.
-  project.write("crash.sdc", "get_full_name _0000000000000010_p_Instance\n");
-  Lines in_file = engine.command("read_sdc {" + project.path("crash.sdc") + "}");
-  ASSERT_EQ(lines_starting(in_file, "msg_internal_error 0 ").size(), 1u) << joined(in_file);
-  EXPECT_EQ(callbacks(engine.command("create_clock -period 10 -name fresh {clk}")),
-            (Lines{"lum_set_state -netlist_is_up_to_date 0", "lum_register_clock -name \"fresh\""}));
-}
-
 TEST_F(EngineSession, HelpListsTheEngineCommandsWithTheirOwnArguments)
 {
   // read_sdc and write_sdc replace OpenSTA's, whose arguments differ.

@@ -76,6 +76,13 @@ TEST(ProjectFile, MalformedFilesNameTheLineAndReason)
     {"revision = a\nrevision = a\n", ":2: revision \"a\" is listed twice"},
     {"project_name = x\n", "names no revision"},
     {"[section]\nrevision = a\n", ":1: sections are not allowed"},
+    {"project_name = a\nrevision = a\nproject_name = b\n", ":3: \"project_name\" is given twice"},
+    // Revision names are names: each would put a file outside the project.
+    {"revision = ../outside/rev\n", ":1: revision name \"../outside/rev\" holds a path separator"},
+    {"revision = /tmp/rev\n", "holds a path separator"},
+    {"revision = a\\b\n", "holds a path separator"},
+    {"revision = ..\n", ":1: revision name \"..\" is not a name"},
+    {"revision = \"a\tb\"\n", "control character"},
   };
   TempDir dir;
   for (const BadFile &c : cases) {
@@ -147,9 +154,14 @@ TEST(RevisionSettings, MalformedSettingsNameTheLineAndReason)
     {"top_module =\n", ":1: empty value for \"top_module\""},
     {"clock_requirement = clk clk\n", ":1: clock_requirement needs NAME PORT PERIOD"},
     {"clock_requirement = clk clk 10 1\n", ":1: clock_requirement needs NAME PORT PERIOD"},
-    {"clock_requirement = clk clk -3\n", ":1: clock period \"-3\" is not a positive number"},
-    {"clock_requirement = clk clk 10ns\n", ":1: clock period \"10ns\" is not a positive number"},
-    {"clock_requirement = clk clk 10 1 x\n", ":1: clock edge times must be numbers"},
+    {"clock_requirement = clk clk -3\n", ":1: clock period \"-3\" is not a finite positive number"},
+    {"clock_requirement = clk clk 10ns\n", ":1: clock period \"10ns\" is not a finite positive number"},
+    {"clock_requirement = clk clk 10 1 x\n", ":1: clock edge times must be finite numbers"},
+    {"clock_requirement = clk clk 1e999\n", ":1: clock period \"1e999\" is not a finite"},
+    {"clock_requirement = clk clk inf\n", ":1: clock period \"inf\" is not a finite"},
+    {"clock_requirement = clk clk nan\n", ":1: clock period \"nan\" is not a finite"},
+    {"clock_requirement = clk clk 0\n", ":1: clock period \"0\" is not a finite"},
+    {"clock_requirement = clk clk 10 0 inf\n", ":1: clock edge times must be finite numbers"},
     {"clock_requirement = clk clk 10 6 2\n", ":1: clock edges need 0 <= RISE < FALL"},
     {"speed = 6\n", ":1: unknown key \"speed\""},
   };
