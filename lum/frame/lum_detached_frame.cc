@@ -685,9 +685,10 @@ void LUM_DETACHED_FRAME::sta_opened_a_project(const std::string& vpf, const std:
   m_revision = revision;
   LUM_REVISION_SETTINGS settings;
   const std::string vsf = lum_path_directory(vpf) + revision + "." + LUM_REVISION_EXTENSION;
-  m_family_has_rise_fall =
-      lum_read_revision_settings(vsf, &settings) &&
-      lum_family_has_rise_fall(gen_get_common_misc_fullpath("device_families.txt"), settings.family);
+  const bool read = lum_read_revision_settings(vsf, &settings);
+  const std::string families = gen_get_common_misc_fullpath("device_families.txt");
+  m_family_has_rise_fall = read && lum_family_has_rise_fall(families, settings.family);
+  m_speed_grades = read ? lum_family_speed_grades(families, settings.family) : std::vector<std::string>();
   update_frame_title();
   update_command_states();
   emit project_changed();
@@ -708,6 +709,7 @@ void LUM_DETACHED_FRAME::sta_closed_a_project() {
   m_project_path.clear();
   m_revision.clear();
   m_family_has_rise_fall = false;
+  m_speed_grades.clear();
   update_frame_title();
   if (m_hooks.clear_report) m_hooks.clear_report();
   m_panel_to_select.clear();

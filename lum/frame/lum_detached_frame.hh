@@ -127,6 +127,8 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   const std::string& get_project_path() const { return m_project_path; }
   const std::string& get_revision() const { return m_revision; }
   bool project_recorded() const { return !m_project_path.empty(); }
+  // The speed grades of the open project's device family, in order.
+  const std::vector<std::string>& get_speed_grades() const { return m_speed_grades; }
   LUM_RECENT_PROJECTS& get_recent_projects() { return m_recent; }
   void add_clock(const char* name);
   void remove_clock(const char* name);
@@ -223,5 +225,6 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   std::string m_project_path;
   std::string m_revision;
   bool m_family_has_rise_fall = false;
+  std::vector<std::string> m_speed_grades;
   LUM_RECENT_PROJECTS m_recent;
 };

@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QTimer>
 
+#include "dialogs/lum_list_path.hh"
 #include "engine/lum_console_ctrl.hh"
 #include "frame/lum_detached_frame.hh"
 #include "report/lum_report_install.hh"
@@ -38,6 +39,8 @@ __attribute__((destructor)) void lum_library_unloaded() { tsm_lum_DllMain(g_modu
 void load_front_end_packages() {
   // "::vexa::lum" brings the message commands msg_post and msg_internal_error with it.
   if (lum_lum_register_tcl() != TCL_OK) msg_internal_error("lum_lum_register_tcl() == TCL_OK", MODULE, __LINE__);
+  // The list paths dialog's command lives beside the package, not in it.
+  lum_register_list_path(atcl_get_interpreter());
   // Bus names as the engine writes them; the command belongs to a package
   // that may be absent, which is no error.
   atcl_tcl_eval("catch {enable_natural_bus_naming}");

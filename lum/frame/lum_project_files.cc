@@ -6,6 +6,7 @@
 #include <cctype>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 namespace fs = std::filesystem;
 
@@ -214,9 +215,14 @@ bool lum_create_project_file_for_revision(const std::string& vpf_path, const std
   return static_cast<bool>(out);
 }
 
-bool lum_family_has_rise_fall(const std::string& families_file, const std::string& family) {
+namespace {
+
+// Calls visit(key, value) for each "key = value" line of a family's section
+// of the families file (keys lower-cased), in file order.
+void visit_family_section(const std::string& families_file, const std::string& family,
+                          const std::function<void(const std::string&, const std::string&)>& visit) {
   std::ifstream in(families_file);
-  if (!in || family.empty()) return false;
+  if (!in || family.empty()) return;
   std::string line;
   bool inside = false;
   while (std::getline(in, line)) {
@@ -229,12 +235,28 @@ bool lum_family_has_rise_fall(const std::string& families_file, const std::strin
     if (!inside) continue;
     size_t eq = text.find('=');
     if (eq == std::string::npos) continue;
-    if (lower(trim(text.substr(0, eq))) == "rise_fall") {
-      std::string v = lower(trim(text.substr(eq + 1)));
-      return v == "yes" || v == "1" || v == "true" || v == "on";
-    }
+    visit(lower(trim(text.substr(0, eq))), trim(text.substr(eq + 1)));
   }
-  return false;
+}
+
+}  // namespace
+
+bool lum_family_has_rise_fall(const std::string& families_file, const std::string& family) {
+  bool rise_fall = false;
+  visit_family_section(families_file, family, [&](const std::string& key, const std::string& value) {
+    if (key != "rise_fall") return;
+    const std::string v = lower(value);
+    rise_fall = v == "yes" || v == "1" || v == "true" || v == "on";
+  });
+  return rise_fall;
+}
+
+std::vector<std::string> lum_family_speed_grades(const std::string& families_file, const std::string& family) {
+  std::vector<std::string> grades;
+  visit_family_section(families_file, family, [&](const std::string& key, const std::string& value) {
+    if (key == "speed_grade" && !value.empty()) grades.push_back(value);
+  });
+  return grades;
 }
 
 namespace {

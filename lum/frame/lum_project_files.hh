@@ -74,6 +74,9 @@ bool lum_create_project_file_for_revision(const std::string& vpf_path, const std
 // Whether a device family of the families file models rise and fall delays
 // apart ("rise_fall = yes" in its section). Unknown families have no traits.
 bool lum_family_has_rise_fall(const std::string& families_file, const std::string& family);
+// The speed grades of a device family, in the order of the families file
+// (empty for an unknown family).
+std::vector<std::string> lum_family_speed_grades(const std::string& families_file, const std::string& family);
 
 // Catalogue entries of the project checks.
 extern const char* const LUM_MSG_PROJECT_NOT_FOUND;

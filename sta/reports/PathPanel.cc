@@ -91,13 +91,18 @@ PathPanelWriter::PathPanelWriter(RDB_PANEL_WRITER *panel, std::ostream *text,
 {
   if (m_panel)
     m_summary = std::make_unique<RDB_TABLE_WRITER>(
-      m_panel->add_table(paths_summary_name, RDB_KIND_TABLE, path_summary_columns));
+      m_panel->add_table(where(paths_summary_name), RDB_KIND_TABLE, path_summary_columns));
   m_chart_axis = "Delay (" + milli_unit(m_options.time_unit) + ")";
   m_summary_text.title = paths_summary_name;
   m_summary_text.columns = path_summary_columns;
 }
 
 PathPanelWriter::~PathPanelWriter() = default;
+
+std::string PathPanelWriter::where(const std::string &name) const
+{
+  return m_options.folder.empty() ? name : m_options.folder + "||" + name;
+}
 
 void PathPanelWriter::add(const TimingPathRecord &path)
 {
@@ -122,11 +127,11 @@ void PathPanelWriter::add_database(const TimingPathRecord &path)
   }
   if (m_options.summary_only)
     return;
-  const std::string where = path_object_name(m_count);
-  m_panel->add_path(where, path.slack, path.violated);
+  const std::string path_where = where(path_object_name(m_count));
+  m_panel->add_path(path_where, path.slack, path.violated);
   static const std::vector<std::string> property_columns = {"Property", "Value"};
   RDB_TABLE_WRITER summary =
-    m_panel->add_path_table(where, RDB_PATH_PART::SUMMARY, property_columns,
+    m_panel->add_path_table(path_where, RDB_PATH_PART::SUMMARY, property_columns,
                             RDB_KIND_HEADERLESS_TABLE);
   const std::string slack_text = path.violated ? slack + " (VIOLATED)" : slack;
   if (path.violated)
@@ -143,12 +148,12 @@ void PathPanelWriter::add_database(const TimingPathRecord &path)
   summary.add_row({"Relationship", relationship});
   summary.add_row({"Clock Skew", skew});
   summary.add_row({"Data Delay", data_delay});
-  m_panel->add_path_chart(where, "Delay Type", m_chart_axis, 2,
+  m_panel->add_path_chart(path_where, "Delay Type", m_chart_axis, 2,
                           {{"Cell Delay", std::llround(path.cell_delay * 1000)},
                            {"Interconnect Delay", std::llround(path.ic_delay * 1000)}});
   for (auto [part, points] : {std::make_pair(RDB_PATH_PART::ARRIVAL, &path.arrival_points),
                               std::make_pair(RDB_PATH_PART::REQUIRED, &path.required_points)}) {
-    RDB_TABLE_WRITER table = m_panel->add_path_table(where, part, path_point_columns);
+    RDB_TABLE_WRITER table = m_panel->add_path_table(path_where, part, path_point_columns);
     visit_point_rows(*points, m_options.show_routing, [&](const PointCells &cells) {
       std::string_view views[7] = {cells[0], cells[1], cells[2], cells[3],
                                    cells[4], cells[5], cells[6]};

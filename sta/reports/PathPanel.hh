@@ -9,6 +9,8 @@
 //       Path Delay Stats    chart: cell delay and interconnect delay
 //       Data Arrival Path   Total, Incr, RF, Type, Fanout, Location, Element
 //       Data Required Path  the same columns
+// A report of several analyses puts that layout into one folder per analysis
+// ("Setup", "Hold", "Recovery", "Removal") of the panel.
 // The text form prints the summary table first, then each path.
 //
 // Paths are written as they are found so that ten thousand paths never sit
@@ -36,6 +38,9 @@ struct PathPanelOptions
   // Show interconnect rows (load pins) in the point tables.
   bool show_routing = false;
   std::string time_unit = "ns";
+  // The folder of the panel that holds the paths: "" for the panel itself,
+  // "Hold" when a report of several analyses gives each its own folder.
+  std::string folder;
 };
 
 // Names of the objects of the panel.
@@ -56,6 +61,8 @@ public:
 private:
   void add_text(const TimingPathRecord &path);
   void add_database(const TimingPathRecord &path);
+  // Where an object of the panel goes, inside the folder of the options.
+  std::string where(const std::string &name) const;
 
   RDB_PANEL_WRITER *m_panel;
   std::ostream *m_text;

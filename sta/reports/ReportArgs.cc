@@ -2,6 +2,7 @@
 
 #include "reports/PathFinder.hh"
 
+#include <cctype>
 #include <cerrno>
 #include <cmath>
 #include <cstdlib>
@@ -28,23 +29,33 @@ ReportArgs::ReportArgs(const char *command, int objc, Tcl_Obj *const objv[],
   m_command_line = Tcl_GetString(line);
   Tcl_DecrRefCount(line);
 
+  // The option a word names (exactly or by a unique prefix), with the
+  // number of options it could name.
+  auto find_option = [&options](const std::string &word, int &prefix_matches) {
+    const OptionSpec *match = nullptr;
+    prefix_matches = 0;
+    for (const OptionSpec &option : options) {
+      std::string name = option.name;
+      if (name == word) {
+        prefix_matches = 1;
+        return &option;
+      }
+      if (name.compare(0, word.size(), word) == 0) {
+        match = &option;
+        prefix_matches++;
+      }
+    }
+    return match;
+  };
+  auto looks_like_option = [](const std::string &word) {
+    return word.size() > 1 && word[0] == '-' && !std::isdigit(static_cast<unsigned char>(word[1]));
+  };
+
   for (int i = 1; i < objc; i++) {
     std::string word = Tcl_GetString(objv[i]);
-    if (word.size() > 1 && word[0] == '-' && !std::isdigit(static_cast<unsigned char>(word[1]))) {
-      const OptionSpec *match = nullptr;
+    if (looks_like_option(word)) {
       int prefix_matches = 0;
-      for (const OptionSpec &option : options) {
-        std::string name = option.name;
-        if (name == word) {
-          match = &option;
-          prefix_matches = 1;
-          break;
-        }
-        if (name.compare(0, word.size(), word) == 0) {
-          match = &option;
-          prefix_matches++;
-        }
-      }
+      const OptionSpec *match = find_option(word, prefix_matches);
       if (prefix_matches != 1 || match == nullptr) {
         std::string known;
         for (const OptionSpec &option : options)
@@ -54,7 +65,13 @@ ReportArgs::ReportArgs(const char *command, int objc, Tcl_Obj *const objv[],
                           "\"; the options are " + known + ".");
       }
       if (match->takes_value) {
-        if (i + 1 >= objc)
+        // An empty field of a dialog leaves the option without its value, so
+        // the next word is another option ("-npaths -panel_name P"): that is
+        // a missing value, not a value.
+        int next_matches = 0;
+        if (i + 1 >= objc || (looks_like_option(Tcl_GetString(objv[i + 1])) &&
+                              find_option(Tcl_GetString(objv[i + 1]), next_matches) != nullptr &&
+                              next_matches == 1))
           throw ReportError(std::string(command) + ": option " + match->name +
                             " needs a value.");
         m_values[match->name] = Tcl_GetString(objv[++i]);

@@ -74,6 +74,21 @@ Analysis analysis_option(const ReportArgs &args)
   return analysis;
 }
 
+// report_timing takes any set of the four analyses; the others exactly one.
+std::vector<Analysis> analyses_option(const ReportArgs &args)
+{
+  std::vector<Analysis> analyses;
+  for (auto [option, value] : {std::make_pair("-setup", Analysis::setup),
+                               std::make_pair("-hold", Analysis::hold),
+                               std::make_pair("-recovery", Analysis::recovery),
+                               std::make_pair("-removal", Analysis::removal)})
+    if (args.has(option))
+      analyses.push_back(value);
+  if (analyses.empty())
+    analyses.push_back(Analysis::setup);
+  return analyses;
+}
+
 // --- create_timing_summary ----------------------------------------------------
 
 int create_timing_summary(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
@@ -177,7 +192,7 @@ int report_timing(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
                    {"-all_failing", false}, {"-ccpp", false}},
                   0);
   PathQuery query;
-  query.analysis = analysis_option(args);
+  const std::vector<Analysis> analyses = analyses_option(args);
   query.npaths = args.positive_int("-npaths").value_or(1);
   query.less_than_slack = args.number("-less_than_slack");
   if (args.has("-all_failing")) {
@@ -222,10 +237,24 @@ int report_timing(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
     }
   } restore{sta, crpr_was};
 
-  PathPanelOptions options;
-  options.summary_only = args.has("-summary");
-  options.show_routing = args.has("-show_routing");
-  options.time_unit = TimeUnit(sta).name();
+  // One analysis fills the panel itself; several give each analysis a
+  // folder of the panel, named by its title, in the order setup, hold,
+  // recovery, removal.
+  const bool several = analyses.size() > 1;
+  auto options_for = [&](Analysis analysis) {
+    PathPanelOptions options;
+    options.summary_only = args.has("-summary");
+    options.show_routing = args.has("-show_routing");
+    options.time_unit = TimeUnit(sta).name();
+    if (several)
+      options.folder = analysis_title(analysis);
+    return options;
+  };
+  auto query_for = [&](Analysis analysis) {
+    PathQuery one = query;
+    one.analysis = analysis;
+    return one;
+  };
   // With only a panel to write, paths go straight from the search into the
   // panel; text needs them twice (summary first), so they are kept.
   if (!output.panel_name().empty() && !output.has_text()) {
@@ -233,34 +262,51 @@ int report_timing(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
     output.write(
       [&](RDB_PANEL_WRITER &panel) {
         panel.add_folder("");
-        PathPanelWriter writer(&panel, nullptr, options);
-        size_t total = 0, done = 0;
-        for_each_timing_path(
-          sta, query, [&](size_t count) { total = count; },
-          [&](const TimingPathRecord &path) {
-            writer.add(path);
-            if (total > 100 && ++done % (total / 10) == 0)
-              engine.progress(static_cast<int>(100 * done / total));
-          });
+        for (size_t k = 0; k < analyses.size(); k++) {
+          PathPanelOptions options = options_for(analyses[k]);
+          if (several)
+            panel.add_folder(options.folder);
+          PathPanelWriter writer(&panel, nullptr, options);
+          size_t total = 0, done = 0;
+          for_each_timing_path(
+            sta, query_for(analyses[k]), [&](size_t count) { total = count; },
+            [&](const TimingPathRecord &path) {
+              writer.add(path);
+              if (total > 100 && ++done % (total / 10) == 0)
+                engine.progress(
+                  static_cast<int>((100 * k + 100 * done / total) / analyses.size()));
+            });
+        }
       },
       [](std::ostream &) {});
     return TCL_OK;
   }
-  std::vector<TimingPathRecord> paths = find_timing_paths(sta, query);
+  std::vector<std::vector<TimingPathRecord>> paths;
+  for (Analysis analysis : analyses)
+    paths.push_back(find_timing_paths(sta, query_for(analysis)));
   output.write(
     [&](RDB_PANEL_WRITER &panel) {
       panel.add_folder("");
-      PathPanelWriter writer(&panel, nullptr, options);
-      for (const TimingPathRecord &path : paths)
-        writer.add(path);
+      for (size_t k = 0; k < analyses.size(); k++) {
+        PathPanelOptions options = options_for(analyses[k]);
+        if (several)
+          panel.add_folder(options.folder);
+        PathPanelWriter writer(&panel, nullptr, options);
+        for (const TimingPathRecord &path : paths[k])
+          writer.add(path);
+      }
     },
     [&](std::ostream &out) {
-      PathPanelWriter writer(nullptr, &out, options);
-      for (const TimingPathRecord &path : paths)
-        writer.add(path);
-      writer.finish();
-      if (paths.empty())
-        out << "No paths.\n";
+      for (size_t k = 0; k < analyses.size(); k++) {
+        if (several)
+          out << (k ? "\n" : "") << analysis_title(analyses[k]) << " analysis\n\n";
+        PathPanelWriter writer(nullptr, &out, options_for(analyses[k]));
+        for (const TimingPathRecord &path : paths[k])
+          writer.add(path);
+        writer.finish();
+        if (paths[k].empty())
+          out << "No paths.\n";
+      }
     });
   return TCL_OK;
 }

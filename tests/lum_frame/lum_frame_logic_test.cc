@@ -277,12 +277,16 @@ TEST_F(ProjectFiles, BadProjectsAreRefusedWithTheirOwnMessage) {
   }
 }
 
-TEST_F(ProjectFiles, TheRiseFallTraitComesFromTheFamilySection) {
-  write("families.txt", "[SLOW]\nspeed_grade = 1\n\n[FAST]\nrise_fall = yes\n");
+TEST_F(ProjectFiles, TraitsAndSpeedGradesComeFromTheFamilySection) {
+  write("families.txt", "[SLOW]\nspeed_grade = 1\n\n[FAST]\nrise_fall = yes\nspeed_grade = 7\nspeed_grade = 6\n");
   EXPECT_TRUE(lum_family_has_rise_fall(path("families.txt"), "FAST"));
   EXPECT_FALSE(lum_family_has_rise_fall(path("families.txt"), "SLOW"));
   EXPECT_FALSE(lum_family_has_rise_fall(path("families.txt"), "NONE"));
-  EXPECT_TRUE(lum_family_has_rise_fall(std::string(CHRONEL_MISC_DIR) + "/device_families.txt", "OSU"));
+  EXPECT_EQ(lum_family_speed_grades(path("families.txt"), "fast"), (std::vector<std::string>{"7", "6"}));
+  EXPECT_TRUE(lum_family_speed_grades(path("families.txt"), "NONE").empty());
+  const std::string shipped = std::string(CHRONEL_MISC_DIR) + "/device_families.txt";
+  EXPECT_TRUE(lum_family_has_rise_fall(shipped, "OSU"));
+  EXPECT_EQ(lum_family_speed_grades(shipped, "OSU"), (std::vector<std::string>{"050", "035", "018"}));
 }
 
 using RecentProjects = SettingsFixture;

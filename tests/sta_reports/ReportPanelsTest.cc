@@ -122,6 +122,52 @@ TEST(TimingPanel, HoldsASummaryTableAndOnePathObjectPerPath)
   }
 }
 
+// Each analysis of a report of several gets a folder of the panel laid out
+// as a one-analysis panel, with the same paths that analysis reports alone.
+TEST(TimingPanel, SeveralAnalysesGetAFolderEachInOrder)
+{
+  ReportTestEngine &test = ReportTestEngine::with_design("datapath");
+  test.must("report_timing -hold -setup -npaths 2 -panel_name Both");
+  test.must("report_timing -hold -npaths 2 -panel_name HoldAlone");
+  auto report = test.open_report();
+  ASSERT_TRUE(report);
+  RDB_OBJECT *panel = report->find_object("Both");
+  ASSERT_TRUE(panel);
+  ASSERT_EQ(panel->get_number_of_children(), 2);
+  EXPECT_EQ(panel->get_child(0)->get_name(), "Setup");
+  EXPECT_EQ(panel->get_child(1)->get_name(), "Hold");
+  for (const char *analysis : {"Setup", "Hold"}) {
+    SCOPED_TRACE(analysis);
+    std::string folder = std::string("Both||") + analysis;
+    RDB_TABLE_OBJECT *summary = table_at(report->find_object(folder + "||Summary of Paths"));
+    ASSERT_TRUE(summary);
+    EXPECT_EQ(summary->get_number_of_data_rows(), 2);
+    auto *path = dynamic_cast<RDB_PATH_OBJECT *>(report->find_object(folder + "||Path 2"));
+    ASSERT_TRUE(path);
+    std::string check = analysis == std::string("Setup") ? "setup" : "hold";
+    EXPECT_EQ(path->get_summary_table()->get_data(5, 1), check);
+  }
+  RDB_TABLE_OBJECT *alone = table_at(report->find_object("HoldAlone||Summary of Paths"));
+  RDB_TABLE_OBJECT *folded = table_at(report->find_object("Both||Hold||Summary of Paths"));
+  ASSERT_TRUE(alone && folded);
+  for (int row = 1; row <= 2; row++)
+    for (int column : {0, 2})
+      EXPECT_EQ(folded->get_data(row, column), alone->get_data(row, column));
+
+  // The text form heads each analysis with its name.
+  std::string file = test.project_dir() + "/both.rpt";
+  test.must("report_timing -removal -setup -npaths 1 -summary -file " + file);
+  std::ifstream in(file);
+  std::stringstream text;
+  text << in.rdbuf();
+  size_t setup = text.str().find("Setup analysis");
+  size_t removal = text.str().find("Removal analysis");
+  ASSERT_NE(setup, std::string::npos) << text.str();
+  ASSERT_NE(removal, std::string::npos) << text.str();
+  EXPECT_LT(setup, removal);
+  std::filesystem::remove(file);
+}
+
 TEST(TimingPanel, ShowRoutingAddsTheLoadPinsWithoutChangingTheTotals)
 {
   ReportTestEngine &test = ReportTestEngine::with_design("datapath");
@@ -301,7 +347,9 @@ INSTANTIATE_TEST_SUITE_P(
     BadCommand{"report_timing -npaths 0 -panel_name P", "-npaths needs a positive integer"},
     BadCommand{"report_timing -npaths {} -panel_name P", "-npaths needs a positive integer"},
     BadCommand{"report_timing -npaths", "-npaths needs a value"},
-    BadCommand{"report_timing -setup -hold -panel_name P", "only one of"},
+    BadCommand{"report_timing -npaths -panel_name P", "-npaths needs a value"},
+    BadCommand{"report_min_pulse_width -nworst -panel_name P", "-nworst needs a value"},
+    BadCommand{"create_timing_summary -setup -hold -panel_name P", "only one of"},
     BadCommand{"report_timing -bogus -panel_name P", "unknown option \"-bogus\""},
     BadCommand{"report_timing -file /nonexistent/dir/x.rpt -panel_name P", "cannot write"},
     BadCommand{"report_timing -panel_name {a \"quoted\" name}", "double quotes"},

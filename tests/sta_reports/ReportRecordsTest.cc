@@ -56,6 +56,26 @@ TEST(ReportArgs, AcceptsUniquePrefixesAndRefusesAmbiguousOnes)
   EXPECT_THROW(parse({"cmd", "a", "b"}), ReportError);           // one positional only
 }
 
+// An empty dialog field leaves an option without its value: the option that
+// follows is not taken for the value.
+TEST(ReportArgs, AnOptionIsNeverTheValueOfAnother)
+{
+  for (std::vector<std::string> words :
+       {std::vector<std::string>{"cmd", "-npaths", "-panel_name", "P"},
+        std::vector<std::string>{"cmd", "-panel_name", "-np", "3"},
+        std::vector<std::string>{"cmd", "-npaths"}}) {
+    try {
+      parse(words);
+      ADD_FAILURE() << words[1] << " took a value";
+    } catch (const ReportError &error) {
+      EXPECT_NE(std::string(error.what()).find(words[1] + " needs a value"), std::string::npos)
+        << error.what();
+    }
+  }
+  // A value that only looks like an option is kept.
+  EXPECT_EQ(parse({"cmd", "-panel_name", "-x"}).value("-panel_name"), "-x");
+}
+
 TEST(ReportArgs, NumbersAreChecked)
 {
   EXPECT_EQ(parse({"cmd", "-less_than_slack", "-0.5"}).number("-less_than_slack"), -0.5);
