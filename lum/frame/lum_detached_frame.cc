@@ -27,6 +27,7 @@
 #include "frame/lum_file_dialogs.hh"
 #include "frame/lum_frame_icons.hh"
 #include "frame/lum_main_menu.hh"
+#include "frame/lum_script_menus.hh"
 #include "frame/lum_window_placement.hh"
 #include "platform/atcl.hh"
 #include "platform/cfg.hh"
@@ -332,9 +333,24 @@ bool LUM_DETACHED_FRAME::build_menus() {
   tool_bar->setIconSize(QSize(20, 20));
   const bool ok = lum_build_frame_menus(xml.constData(), menuBar(), tool_bar, targets);
 
+  // The popup that starts with Run Tcl Script lists the scripts it finds
+  // each time it opens.
+  for (QAction* bar_item : menuBar()->actions()) {
+    QMenu* popup = bar_item->menu();
+    if (popup == nullptr || popup->actions().isEmpty() || popup->actions().first()->data().toUInt() != LUM_ID_RUN_TCL_SCRIPT)
+      continue;
+    m_script_menu = popup;
+    connect(popup, &QMenu::aboutToShow, this, [this] { build_script_menu(); });
+  }
+
   // Site menu files extend the bar (quick commands, extra popups).
   m_menu_files.load(gen_get_common_misc_fullpath("lumex_main_menu.xml"), cfg_get_value("lum_extension_command_file"));
   m_menu_files.merge_into(menuBar(), [this](unsigned id) { on_command(id); });
+  // Mistakes in the menu files go to the console as warnings; the built-in
+  // menus are complete without them.
+  if (MSG_REPORT* report = m_console != nullptr ? m_console->get_msg_report() : nullptr)
+    for (const std::string& problem : m_menu_files.get_problems())
+      report->post(MSG_POST(MSG_KIND::WARNING, "LUM_MENU_FILE", problem));
   update_command_states();
   return ok;
 }
@@ -356,6 +372,57 @@ void LUM_DETACHED_FRAME::build_recent_menu() {
     m_recent_actions.push_back(action);
   }
   if (entries.empty()) m_recent_menu->addAction("(none)")->setEnabled(false);
+}
+
+void LUM_DETACHED_FRAME::build_script_menu() {
+  if (m_script_menu == nullptr) return;
+  for (QAction* action : m_script_actions) {
+    m_script_menu->removeAction(action);
+    delete action;
+  }
+  m_script_actions.clear();
+  m_scripts = lum_load_tcl_scripts(project_recorded() ? lum_path_directory(m_project_path) : std::string(),
+                                   lum_split_dir_list(cfg_get_value("lum_user_libraries")),
+                                   cfg_get_value("lum_global_user_library"));
+  const bool idle = !get_enable_state().busy;
+  // After Run Tcl Script: a separator, then each list followed by a separator.
+  QAction* first_separator = m_script_menu->addSeparator();
+  m_script_actions.push_back(first_separator);
+  for (const LUM_SCRIPT_MENU_ENTRY& entry : lum_script_menu_entries(m_scripts)) {
+    if (entry.id == 0) {
+      m_script_actions.push_back(m_script_menu->addSeparator());
+      continue;
+    }
+    const QString path = QString::fromStdString(entry.path);
+    QAction* action = m_script_menu->addAction(QString(path).replace('&', "&&"));
+    action->setData(entry.id);
+    action->setStatusTip("Run " + path + " in the timing engine");
+    action->setEnabled(idle);
+    const unsigned id = entry.id;
+    connect(action, &QAction::triggered, this, [this, id] { on_command(id); });
+    m_script_actions.push_back(action);
+  }
+  // No trailing separator after the last list.
+  if (m_script_actions.size() > 1 && m_script_actions.back()->isSeparator()) {
+    m_script_menu->removeAction(m_script_actions.back());
+    delete m_script_actions.back();
+    m_script_actions.pop_back();
+  }
+  if (m_script_actions.size() == 1) {
+    QAction* none = m_script_menu->addAction("(no scripts in the project folder or the user libraries)");
+    none->setEnabled(false);
+    m_script_actions.push_back(none);
+  }
+}
+
+void LUM_DETACHED_FRAME::on_run_user_tcl_script(unsigned id) {
+  if (id > LUM_ID_RUN_GLOBAL_USER_LIBS_TCL_SCRIPT_MAX) {
+    msg_debug("Ooops, an invalid menu command was chosen.");
+    return;
+  }
+  const std::string script = lum_script_for_id(m_scripts, id);
+  if (!MSG_ASSERT(!script.empty(), MODULE)) return;
+  run_engine_command(lum_source_command(script));
 }
 
 QAction* LUM_DETACHED_FRAME::find_action(unsigned command_id) const {
@@ -418,6 +485,10 @@ void LUM_DETACHED_FRAME::on_command(unsigned id) {
   }
   if (id >= LUM_ID_QUICK_COMMAND_MIN && id <= LUM_ID_QUICK_COMMAND_MAX) {
     m_menu_files.run_quick_command(id, this, [this](const std::string& command) { run_engine_command(command); });
+    return;
+  }
+  if (id >= LUM_ID_RUN_PROJECT_TCL_SCRIPT_MIN && id <= LUM_ID_RUN_GLOBAL_USER_LIBS_TCL_SCRIPT_MAX) {
+    on_run_user_tcl_script(id);
     return;
   }
   if (def == nullptr) return;

@@ -26,6 +26,7 @@
 #include "frame/lum_frame_commands.hh"
 #include "frame/lum_main_menu.hh"
 #include "frame/lum_project_files.hh"
+#include "frame/lum_script_menus.hh"
 
 class LUM_CONSOLE_CTRL;
 class LUM_CONSOLE_VIEW;
@@ -86,6 +87,9 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
     std::function<void()> update_tasks_status;
     std::function<void()> start_next_task;
     std::function<void()> clear_report;  // the project closed
+    // Whether the report tree holds a panel of a name, and opening it there.
+    std::function<bool(const std::string& panel_name)> report_panel_exists;
+    std::function<void(const std::string& panel_name)> open_report_panel;
   };
   void set_pane_hooks(PANE_HOOKS hooks) { m_hooks = std::move(hooks); }
   // The hooks set so far, so that one pane can replace its own and keep the others'.
@@ -179,6 +183,10 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   void create_actions();
   bool build_menus();
   void build_recent_menu();
+  // Lists the Tcl scripts of the project, the user libraries and the global
+  // library under the Script menu, anew each time it opens.
+  void build_script_menu();
+  void on_run_user_tcl_script(unsigned command_id);
   void on_command(unsigned command_id);
   void run_engine_command(const std::string& command);
   void on_file_open_project();
@@ -203,6 +211,9 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   QMenu* m_recent_menu = nullptr;
   std::map<unsigned, QAction*> m_actions;
   std::vector<QAction*> m_recent_actions;
+  QMenu* m_script_menu = nullptr;
+  std::vector<QAction*> m_script_actions;
+  LUM_SCRIPT_LISTS m_scripts;
   std::map<unsigned, COMMAND_DIALOG> m_dialogs;
   PANE_HOOKS m_hooks;
   LUM_MENU_FILES m_menu_files;

@@ -12,6 +12,7 @@
 #include "dialogs/lum_list_path.hh"
 #include "engine/lum_console_ctrl.hh"
 #include "frame/lum_detached_frame.hh"
+#include "frame/lum_steps_wnd.hh"
 #include "report/lum_report_install.hh"
 #include "tcl/lum_tcl_args_auto.hh"
 #include "platform/atcl.hh"
@@ -70,6 +71,8 @@ extern "C" void* lum_dyn_adv_kro_tool() {
   if (frame == nullptr) return nullptr;
   // The report browser takes the Report pane and the centre.
   lum_install_report_browser(frame);
+  // The Tasks pane takes its bar; its statuses read the report tree.
+  lum_install_tasks_pane(frame);
   frame->activate_frame(1);
   return frame;
 }

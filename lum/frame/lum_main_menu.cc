@@ -171,10 +171,32 @@ LUM_MENU_FILES::~LUM_MENU_FILES() = default;
 void LUM_MENU_FILES::load(const std::string& main_path, const std::string& extension_path) {
   m_main->Clear();
   m_extension->Clear();
-  if (!main_path.empty() && m_main->LoadFile(main_path.c_str()) != tinyxml2::XML_SUCCESS) m_main->Clear();
-  if (!extension_path.empty() && QFileInfo(QString::fromStdString(extension_path)).isFile() &&
-      m_extension->LoadFile(extension_path.c_str()) != tinyxml2::XML_SUCCESS)
+  m_problems.clear();
+  m_main_name = main_path.substr(main_path.find_last_of('/') + 1);
+  m_extension_name = extension_path.substr(extension_path.find_last_of('/') + 1);
+  // A missing main file is no mistake (a site may not have one); a file that
+  // is there but does not parse is said once, and the built-in menus stay.
+  if (!main_path.empty() && QFileInfo(QString::fromStdString(main_path)).isFile() &&
+      m_main->LoadFile(main_path.c_str()) != tinyxml2::XML_SUCCESS) {
+    m_problems.push_back(m_main_name + " is not valid XML (line " + std::to_string(m_main->ErrorLineNum()) +
+                         "): its menu entries are left out");
+    m_main->Clear();
+  }
+  if (extension_path.empty()) return;
+  if (!QFileInfo(QString::fromStdString(extension_path)).isFile()) {
+    m_problems.push_back("The menu file " + extension_path + " named by lum_extension_command_file does not exist");
+  } else if (m_extension->LoadFile(extension_path.c_str()) != tinyxml2::XML_SUCCESS) {
+    m_problems.push_back(m_extension_name + " is not valid XML (line " + std::to_string(m_extension->ErrorLineNum()) +
+                         "): its menu entries are left out");
     m_extension->Clear();
+  }
+}
+
+void LUM_MENU_FILES::note_unknown(const tinyxml2::XMLElement* element) {
+  const std::string& file = element->GetDocument() == m_extension.get() ? m_extension_name : m_main_name;
+  m_problems.push_back((file.empty() ? std::string("menu file") : file) + " line " +
+                       std::to_string(element->GetLineNum()) + ": unknown element <" + element->Name() +
+                       "> left out");
 }
 
 bool LUM_MENU_FILES::load_main_from_text(const char* xml) {
@@ -193,7 +215,11 @@ void LUM_MENU_FILES::merge_into(QMenuBar* menu_bar, std::function<void(unsigned 
 void LUM_MENU_FILES::merge_document(tinyxml2::XMLDocument& document, QMenuBar* menu_bar) {
   tinyxml2::XMLElement* root = document.RootElement();
   if (root == nullptr || menu_bar == nullptr) return;
-  for (tinyxml2::XMLElement* m = root->FirstChildElement("menu"); m; m = m->NextSiblingElement("menu")) {
+  for (tinyxml2::XMLElement* m = root->FirstChildElement(); m; m = m->NextSiblingElement()) {
+    if (std::string(m->Name()) != "menu") {
+      note_unknown(m);
+      continue;
+    }
     const QString name = attr(m, "name");
     if (QMenu* popup = find_popup(menu_bar, name)) {
       append_to_menu(popup, m);
@@ -256,6 +282,8 @@ void LUM_MENU_FILES::append_to_menu(QMenu* popup, tinyxml2::XMLElement* menu_ele
         if (m_on_command) m_on_command(id);
       });
       m_actions.push_back(added);
+    } else {
+      note_unknown(e);
     }
     if (added != nullptr) popup->insertAction(before_action, added);
   }

@@ -100,10 +100,14 @@ class LUM_MENU_FILES {
   void set_prompt(PROMPT prompt) { m_prompt = std::move(prompt); }
 
   const std::vector<LUM_MENUITEM>& get_menuitems() const { return m_menuitems; }
+  // Mistakes found while loading and merging, one line each: a file that is
+  // not XML, an extension file that does not exist, unknown elements.
+  const std::vector<std::string>& get_problems() const { return m_problems; }
 
  private:
   void merge_document(tinyxml2::XMLDocument& document, QMenuBar* menu_bar);
   void append_to_menu(QMenu* popup, tinyxml2::XMLElement* menu_element);
+  void note_unknown(const tinyxml2::XMLElement* element);
 
   std::unique_ptr<tinyxml2::XMLDocument> m_main;
   std::unique_ptr<tinyxml2::XMLDocument> m_extension;
@@ -111,4 +115,6 @@ class LUM_MENU_FILES {
   std::vector<QAction*> m_actions;
   std::function<void(unsigned id)> m_on_command;
   PROMPT m_prompt;
+  std::vector<std::string> m_problems;
+  std::string m_main_name, m_extension_name;
 };

@@ -51,6 +51,11 @@ LUM_REPORT_BROWSER* lum_install_report_browser(LUM_DETACHED_FRAME* frame) {
     browser->reload_sta_report(nullptr);
     browser->update_status(frame->get_sdc_needs_saving());
   };
+  hooks.report_panel_exists = [browser](const std::string& name) { return browser->get_tree()->find_item(name) >= 0; };
+  hooks.open_report_panel = [browser](const std::string& name) {
+    LUM_STA_REPORT_TOC_TREE* tree = browser->get_tree();
+    tree->open_item(tree->find_item(name));
+  };
   frame->set_pane_hooks(std::move(hooks));
 
   // A project that opens shows the reports it already has.
