@@ -893,7 +893,7 @@ void LUM_DETACHED_FRAME::load_window_state() {
     // once the window has its size.
     QTimer::singleShot(0, this, [this] {
       resizeDocks({m_console_bar}, {height() * 3 / 8}, Qt::Vertical);
-      resizeDocks({m_tasks_bar}, {std::max(260, width() / 5)}, Qt::Horizontal);
+      resizeDocks({m_tasks_bar}, {std::max(340, width() / 4)}, Qt::Horizontal);
     });
   }
   update_command_states();
