@@ -4,6 +4,7 @@
 #include "protocol/Encoder.hh"
 #include "protocol/EngineReport.hh"
 #include "reports/report_commands.hh"
+#include "shell/Interrupt.hh"
 
 #include "Machine.hh"
 #include "Network.hh"
@@ -396,8 +397,10 @@ int Engine::eval(std::string_view script)
 
 void Engine::request_interrupt()
 {
-  if (m_async && m_command_running)
+  if (m_async && m_command_running) {
+    interrupt_raised = 1;
     Tcl_AsyncMark(m_async);
+  }
 }
 
 int Engine::async_interrupt(void *client_data, Tcl_Interp *, int code)
@@ -419,6 +422,7 @@ int Engine::async_interrupt(void *client_data, Tcl_Interp *, int code)
 
 bool Engine::take_interrupt()
 {
+  interrupt_raised = 0;
   if (!m_interrupted)
     return false;
   m_interrupted = false;

@@ -10,6 +10,7 @@
 // set, else from the build's source tree, else from beside the program
 // (../share/chronel/misc or ../misc, for an installed or copied engine).
 #include "Engine.hh"
+#include "shell/ProcessExit.hh"
 #include "shell/Shell.hh"
 
 #include <cstdio>
@@ -104,5 +105,5 @@ int main(int argc, char *argv[])
     status = vexa::run_interactive_shell(engine, project);
   std::fflush(stdout);
   std::fflush(stderr);
-  std::_Exit(status);
+  vexa::end_process(status);
 }

@@ -1,6 +1,7 @@
 #include "reports/PathFinder.hh"
 
 #include "reports/NodeNames.hh"
+#include "shell/Interrupt.hh"
 
 #include "Machine.hh"
 #include "Clock.hh"
@@ -638,7 +639,7 @@ void for_each_timing_path(sta::Sta *sta, const PathQuery &query,
   if (prepared)
     prepared(count);
   PathReportCache cache(sta);
-  for (size_t i = 0; i < count; i++)
+  for (size_t i = 0; i < count; i++, check_interrupt())
     visit(make_path_record(sta, (*list.ends)[i], query.analysis, query.with_points, &cache,
                            query.with_routing));
 }
@@ -663,9 +664,11 @@ void for_each_endpoint(sta::Sta *sta, Analysis analysis, VISIT visit)
   PathEndList list;
   list.ends = find_ends(sta, nullptr, nullptr, nullptr, analysis, all_endpoints_count(sta), 1,
                         sta::INF);
-  for (sta::PathEnd *end : *list.ends)
+  for (sta::PathEnd *end : *list.ends) {
+    check_interrupt();
     if (!end->isUnconstrained())
       visit(end);
+  }
 }
 
 } // namespace

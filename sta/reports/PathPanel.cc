@@ -1,6 +1,7 @@
 #include "reports/PathPanel.hh"
 
 #include "rdb/rdb_writer.hh"
+#include "shell/Interrupt.hh"
 
 #include <cmath>
 #include <ostream>
@@ -106,6 +107,7 @@ std::string PathPanelWriter::where(const std::string &name) const
 
 void PathPanelWriter::add(const TimingPathRecord &path)
 {
+  check_interrupt();
   ++m_count;
   if (m_panel)
     add_database(path);

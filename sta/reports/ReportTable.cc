@@ -1,6 +1,7 @@
 #include "reports/ReportTable.hh"
 
 #include "rdb/rdb_writer.hh"
+#include "shell/Interrupt.hh"
 
 #include <algorithm>
 #include <charconv>
@@ -26,7 +27,7 @@ void write_table(RDB_PANEL_WRITER &panel, const std::string &where, const Report
                               ? panel.add_tcl_table(where, table.columns, table.commands)
                               : panel.add_table(where, table.kind, table.columns);
   static const std::vector<RDB_CELL_COLOR> no_colors;
-  for (size_t i = 0; i < table.rows.size(); i++)
+  for (size_t i = 0; i < table.rows.size(); i++, check_interrupt())
     writer.add_row(table.rows[i], i < table.colors.size() ? table.colors[i] : no_colors);
 }
 
@@ -89,8 +90,10 @@ void write_rows_text(std::ostream &out, const std::vector<std::string> &columns,
   for (size_t c = 0; c < count; c++)
     total += widths[c] + (c ? 2 : 0);
   out << std::string(total, '-') << '\n';
-  for (const auto &row : rows)
+  for (const auto &row : rows) {
+    check_interrupt();
     line(row);
+  }
 }
 
 void write_table_text(std::ostream &out, const ReportTable &table)

@@ -5,6 +5,7 @@
 #include "TclCommand.hh"
 #include "project/KeyValueFile.hh"
 #include "shell/CommandAssembler.hh"
+#include "shell/Shell.hh"
 
 #include <cmath>
 #include <cstdlib>
@@ -85,6 +86,9 @@ int read_sdc(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
   // leave the first one applied without the front end being told.
   std::vector<std::string> paths;
   for (const std::string &file : files) {
+    if (engine.mode() == OutputMode::protocol && reads_standard_input(file))
+      return engine.tcl_error("read_sdc: standard input carries the front end's commands and "
+                              "cannot be read; no constraint was read");
     std::string path = resolve_path(engine.project_dir(), file);
     if (file.empty() || file[0] != '/') {
       // A relative name given on the command line is taken as the shell sees it.

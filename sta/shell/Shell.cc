@@ -4,6 +4,7 @@
 #include "TclCommand.hh"
 #include "protocol/Encoder.hh"
 #include "shell/CommandAssembler.hh"
+#include "shell/ProcessExit.hh"
 
 #include <tcl.h>
 #include <readline/history.h>
@@ -14,6 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace vexa {
@@ -118,9 +120,7 @@ int exit_command(Engine &engine, Tcl_Interp *interp, int objc, Tcl_Obj *const ob
   flush_tcl_channels(engine);
   std::fflush(stdout);
   std::fflush(stderr);
-  // OpenSTA's teardown is slow and its static state is not meant to be
-  // destroyed in order; all output has been written, so leave at once.
-  _exit(status);
+  end_process(status);
 }
 
 } // namespace
@@ -212,15 +212,59 @@ void evaluate_input(Engine &engine, CommandAssembler &input)
     evaluate_command(engine, command);
 }
 
+// In protocol mode standard input carries the front end's commands: a
+// script that read it (gets stdin, read_sdc /dev/stdin, a child process of
+// exec) would eat them. The protocol moves to a descriptor of its own and
+// descriptor 0 becomes /dev/null; reading stdin by name is refused.
+FILE *take_protocol_input(Engine &engine)
+{
+  int protocol = fcntl(0, F_DUPFD_CLOEXEC, 3);
+  if (protocol < 0)
+    return stdin;
+  int null = open("/dev/null", O_RDONLY);
+  if (null >= 0) {
+    dup2(null, 0);
+    close(null);
+  }
+  engine.eval(R"TCL(
+proc ::vexa::refuse_stdin {command arglist} {
+  if {"stdin" in $arglist} {
+    error "$command: standard input carries the front end's commands and cannot be read"
+  }
+}
+foreach ::vexa::cmd {gets read} {
+  rename ::$::vexa::cmd ::vexa::__stdin_$::vexa::cmd
+  proc ::$::vexa::cmd args "::vexa::refuse_stdin $::vexa::cmd \$args
+    tailcall ::vexa::__stdin_$::vexa::cmd {*}\$args"
+}
+unset ::vexa::cmd
+)TCL");
+  Tcl_ResetResult(engine.interp());
+  FILE *in = fdopen(protocol, "r");
+  return in ? in : stdin;
+}
+
 } // namespace
+
+bool reads_standard_input(const std::string &path)
+{
+  return path == "/dev/stdin" || path == "/dev/fd/0" || path == "/proc/self/fd/0"
+         || path == "-";
+}
 
 int run_protocol_shell(Engine &engine)
 {
   OutputSink &sink = engine.sink();
+  FILE *protocol = take_protocol_input(engine);
   sink.write_protocol_line("tcl> ");
   CommandAssembler input;
-  std::string line;
-  while (std::getline(std::cin, line)) {
+  char *buffer = nullptr;
+  size_t capacity = 0;
+  ssize_t length = 0;
+  while ((length = getline(&buffer, &capacity, protocol)) >= 0) {
+    std::string line(buffer, static_cast<size_t>(length));
+    if (!line.empty() && line.back() == '\n')
+      line.pop_back();
     if (!input.add(line)) {
       sink.write_protocol_line("> ");
       continue;
@@ -228,6 +272,7 @@ int run_protocol_shell(Engine &engine)
     evaluate_input(engine, input);
     sink.write_protocol_line("tcl> ");
   }
+  std::free(buffer);
   flush_tcl_channels(engine);
   return 0;
 }

@@ -29,6 +29,10 @@ int run_interactive_shell(Engine &engine, const std::string &project_path);
 int run_batch(Engine &engine, const std::string &script, const std::vector<std::string> &args,
               const std::string &project_path = std::string());
 
+// True for the names of standard input (/dev/stdin and its aliases), which
+// in protocol mode carries the front end's commands.
+bool reads_standard_input(const std::string &path);
+
 // Routes SIGINT to engine.request_interrupt().
 void install_interrupt_handler(Engine &engine);
 

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <tcl.h>
 
+#include <chrono>
+#include <cstdio>
 #include <filesystem>
 
 using namespace vexa::test;
@@ -223,4 +225,63 @@ TEST_F(BadInput, SettingsThatNameAFolderOrAnUnsafeRevisionAreRefusedAtOpening)
   errors = errors_in(engine.command("project_open {" + project.vpf() + "}"));
   ASSERT_EQ(errors.size(), 1u);
   EXPECT_NE(errors[0].find("revisions are names, not paths"), std::string::npos) << errors[0];
+}
+
+TEST_F(BadInput, StandardInputBelongsToTheProtocol)
+{
+  open_with_netlist();
+  for (const BadCommand &c : {BadCommand{"gets stdin", "gets: standard input carries"},
+                              BadCommand{"read stdin", "read: standard input carries"},
+                              BadCommand{"read_sdc /dev/stdin", "read_sdc: standard input carries"}})
+    expect_refused(c);
+  // Other ways to stdin read nothing: the next line is still a command.
+  for (const char *reader : {"chan gets stdin", "exec cat", "source /dev/stdin"}) {
+    engine.command(reader, 10);
+    ASSERT_FALSE(engine.timed_out()) << reader;
+    EXPECT_EQ(hidden_texts(engine.command("expr 6*7")), Lines{"42"}) << reader;
+  }
+}
+
+TEST_F(BadInput, AnInterruptStopsALongReportBetweenTwoPaths)
+{
+  // Four stages of thirty inverters in each of three hundred lanes: 1200
+  // end points, each with a path of thirty-odd points.
+  std::string netlist = "module chip (clk, a, b, q);\n  input clk, a, b;\n  output [1:0] q;\n";
+  std::string cells;
+  int n = 0;
+  for (int lane = 0; lane < 300; ++lane) {
+    std::string previous = "a";
+    for (int stage = 0; stage < 4; ++stage) {
+      for (int depth = 0; depth <= 30; ++depth) {
+        std::string wire = "w" + std::to_string(++n);
+        netlist += "  wire " + wire + ";\n";
+        cells += depth < 30 ? "  INVX1 i" + std::to_string(n) + " (.A(" + previous + "), .Y("
+                                + wire + "));\n"
+                            : "  DFFPOSX1 r" + std::to_string(n) + " (.CLK(clk), .D(" + previous
+                                + "), .Q(" + wire + "));\n";
+        previous = wire;
+      }
+    }
+  }
+  project.write("netlist/chip.v", netlist + cells + "endmodule\n");
+  open_with_netlist();
+  engine.command("update_timing_netlist", 120);
+  engine.send("report_timing -npaths 10000 -panel_name {All paths}");
+  // The first progress line comes after a tenth of the paths.
+  std::string line;
+  while (engine.read_line(line, 60) && line.rfind("report_status ", 0) != 0) {
+  }
+  ASSERT_EQ(line.rfind("report_status ", 0), 0u) << "no progress from the report";
+  auto sent = std::chrono::steady_clock::now();
+  engine.interrupt();
+  Lines out = engine.read_to_prompt(60);
+  double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - sent).count();
+  ASSERT_FALSE(engine.timed_out());
+  EXPECT_EQ(errors_in(out, "VSTA-1102 ").size(), 1u) << joined(out);
+  EXPECT_TRUE(lines_starting(out, "lum_reload_sta_report").empty()) << "a panel was written";
+  RecordProperty("answer_ms", static_cast<int>(seconds * 1000));
+  std::printf("interrupt answered after %.0f ms\n", seconds * 1000);
+  // The engine goes on: the report runs whole when left alone.
+  Lines again = engine.command("report_timing -npaths 5 -panel_name {Five paths}", 120);
+  EXPECT_EQ(lines_starting(again, "lum_reload_sta_report").size(), 1u) << joined(again);
 }
