@@ -1,0 +1,6 @@
+puts {a
+b}
+set x "q\"
+"
+list [a
+b]
