@@ -67,6 +67,10 @@ class LUM_FRAME_IFACE {
   virtual void update_tasks_status() = 0;
   virtual void start_next_task() = 0;
 
+  // Shows a help page (a file path, optionally with "#anchor") in the report
+  // view; see lum_help.hh.
+  virtual void open_help_page(const std::string& /*target*/) {}
+
   // Clock dialogs opened by "lum_edit_clock": the frame shows the dialog
   // filled with the values and sends its command through the console on OK.
   // They do nothing until the clock dialogs exist.

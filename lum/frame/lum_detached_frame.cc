@@ -6,6 +6,8 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFile>
+#include <QInputDialog>
+#include <QTemporaryDir>
 #include <QKeySequence>
 #include <QLabel>
 #include <QMenu>
@@ -21,11 +23,15 @@
 
 #include <tinyxml2.h>
 
+#include <fstream>
+
 #include "engine/lum_console_ctrl.hh"
 #include "engine/lum_console_view.hh"
+#include "engine/lum_help.hh"
 #include "frame/lum_command_lines.hh"
 #include "frame/lum_file_dialogs.hh"
 #include "frame/lum_frame_icons.hh"
+#include "frame/lum_home_page.hh"
 #include "frame/lum_main_menu.hh"
 #include "frame/lum_script_menus.hh"
 #include "frame/lum_window_placement.hh"
@@ -503,6 +509,8 @@ void LUM_DETACHED_FRAME::on_command(unsigned id) {
     case LUM_ID_VIEW_REPORT_TREE: toggle_bar(m_report_bar); return;
     case LUM_ID_VIEW_CONSOLE: toggle_bar(m_console_bar); return;
     case LUM_ID_APP_ABOUT: on_app_about(); return;
+    case LUM_ID_HELP_CONTENTS: lum_show_help("index"); return;
+    case LUM_ID_HELP_SEARCH: on_help_search(); return;
     default: break;
   }
   if (def->rule == LUM_ENABLE_RULE::HOSTED_ONLY && !gen_is_in_ui_process()) return;
@@ -529,6 +537,39 @@ void LUM_DETACHED_FRAME::toggle_bar(QDockWidget* bar) {
   if (bar == nullptr) return;
   bar->setVisible(!bar->isVisible());
   update_command_states();
+}
+
+void LUM_DETACHED_FRAME::open_help_page(const std::string& target) {
+  if (m_hooks.open_web_page) m_hooks.open_web_page(target);
+}
+
+void LUM_DETACHED_FRAME::on_help_search() {
+  bool ok = false;
+  const QString query =
+      QInputDialog::getText(this, "Search Help", "Words to find (a page must hold them all):", QLineEdit::Normal, {}, &ok);
+  if (!ok || query.trimmed().isEmpty()) return;
+  const std::string words = query.trimmed().toStdString();
+  const std::string path = generated_page_path("search.html");
+  if (path.empty()) return;
+  std::ofstream(path, std::ios::binary) << lum_help_results_html(words, lum_search_help(lum_help_dir(), words));
+  open_help_page(path);
+}
+
+std::string LUM_DETACHED_FRAME::generated_page_path(const char* name) {
+  static QTemporaryDir pages;
+  return pages.isValid() ? pages.filePath(name).toStdString() : std::string();
+}
+
+void LUM_DETACHED_FRAME::show_home_page() {
+  const std::string path = generated_page_path("home.html");
+  if (path.empty() || !m_hooks.open_web_page) return;
+  m_recent.load();
+  const std::string misc = lum_path_directory(gen_get_common_misc_fullpath("device_families.txt"));
+  std::ofstream(path, std::ios::binary) << lum_home_page_html(m_recent.entries(),
+                                                              lum_example_projects(misc + "../examples"),
+                                                              lum_help_dir());
+  open_help_page(path);
+  m_home_page_shown = true;
 }
 
 void LUM_DETACHED_FRAME::on_app_about() {
@@ -761,6 +802,9 @@ void LUM_DETACHED_FRAME::sta_opened_a_project(const std::string& vpf, const std:
   m_family_has_rise_fall = read && lum_family_has_rise_fall(families, settings.family);
   m_speed_grades = read ? lum_family_speed_grades(families, settings.family) : std::vector<std::string>();
   update_frame_title();
+  // The start page makes way for the project's reports.
+  if (m_home_page_shown) open_help_page("");
+  m_home_page_shown = false;
   update_command_states();
   emit project_changed();
 }
@@ -783,6 +827,7 @@ void LUM_DETACHED_FRAME::sta_closed_a_project() {
   m_speed_grades.clear();
   update_frame_title();
   if (m_hooks.clear_report) m_hooks.clear_report();
+  show_home_page();
   m_panel_to_select.clear();
   set_netlist_is_created('0');
   update_tasks_status();

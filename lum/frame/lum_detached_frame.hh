@@ -90,6 +90,8 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
     // Whether the report tree holds a panel of a name, and opening it there.
     std::function<bool(const std::string& panel_name)> report_panel_exists;
     std::function<void(const std::string& panel_name)> open_report_panel;
+    // Shows a web page (a file path, optionally with "#anchor") in the report view.
+    std::function<void(const std::string& target)> open_web_page;
   };
   void set_pane_hooks(PANE_HOOKS hooks) { m_hooks = std::move(hooks); }
   // The hooks set so far, so that one pane can replace its own and keep the others'.
@@ -168,6 +170,10 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   void update_report_tree_status() override;
   void update_tasks_status() override;
   void start_next_task() override;
+  void open_help_page(const std::string& target) override;
+  // The start page of the report view while no project is open: recent
+  // projects, the examples, the help.
+  void show_home_page();
 
  signals:
   // The state flags or the busy state changed (enabling was recomputed).
@@ -192,6 +198,10 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   void on_file_open_project();
   void on_recent_project_menu(unsigned command_id);
   void on_app_about();
+  // Asks for words and shows the help pages that hold them all.
+  void on_help_search();
+  // A file of that name in a folder of pages the frame writes (removed at exit).
+  std::string generated_page_path(const char* name);
   void toggle_bar(QDockWidget* bar);
   void shutdown_engine();
   QWidget* make_placeholder(const QString& title, const QString& text);
@@ -226,6 +236,7 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   bool m_busy = false;
   bool m_placement_loaded = false;
   bool m_engine_shut_down = false;
+  bool m_home_page_shown = false;
   std::string m_netlist_description;
   std::string m_panel_to_select;
   std::string m_time_unit;

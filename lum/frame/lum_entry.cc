@@ -73,6 +73,7 @@ extern "C" void* lum_dyn_adv_kro_tool() {
   lum_install_report_browser(frame);
   // The Tasks pane takes its bar; its statuses read the report tree.
   lum_install_tasks_pane(frame);
+  frame->show_home_page();
   frame->activate_frame(1);
   return frame;
 }

@@ -110,7 +110,11 @@ const std::vector<LUM_COMMAND_DEF>& table() {
       {LUM_ID_CREATE_SLACK_HISTOGRAM, "on_create_slack_histogram", "Create Slack His&togram...", "",
        "Draw the distribution of slack", R::CURRENT_NETLIST, nullptr, nullptr},
       // Help
-      {LUM_ID_APP_ABOUT, "on_app_about", "&About Chronel Timing Analyzer", "F1",
+      {LUM_ID_HELP_CONTENTS, "on_help_contents", "&Contents", "F1", "Open the help pages", R::ALWAYS, nullptr,
+       nullptr},
+      {LUM_ID_HELP_SEARCH, "on_help_search", "&Search Help...", "Shift+F1", "Find the help pages that hold some words",
+       R::ALWAYS, nullptr, nullptr},
+      {LUM_ID_APP_ABOUT, "on_app_about", "&About Chronel Timing Analyzer", "",
        "Show the version of the Chronel Timing Analyzer", R::ALWAYS, nullptr, nullptr},
   };
   return commands;

@@ -55,6 +55,8 @@ enum LUM_COMMAND_ID : unsigned {
   LUM_ID_REPORT_UCP = 45459,
   LUM_ID_VIEW_NAME_FINDER = 45460,
   LUM_ID_HISTORY_RUN = 45461,
+  LUM_ID_HELP_CONTENTS = 45470,
+  LUM_ID_HELP_SEARCH = 45471,
   LUM_ID_HISTORY_SAVE_AS = 57604,
 
   // Recent projects: sixteen commands, of which only the first fifteen are

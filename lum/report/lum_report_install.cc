@@ -6,6 +6,8 @@
 #include "report/lum_report_view.hh"
 #include "report/lum_sta_report_toc_tree.hh"
 
+#include <QUrl>
+
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -56,7 +58,20 @@ LUM_REPORT_BROWSER* lum_install_report_browser(LUM_DETACHED_FRAME* frame) {
     LUM_STA_REPORT_TOC_TREE* tree = browser->get_tree();
     tree->open_item(tree->find_item(name));
   };
+  hooks.open_web_page = [browser](const std::string& target) {
+    if (LUM_VIEW_CTRL* ctrl = browser->get_report_view()->get_target_view_ctrl())
+      ctrl->open_page(LUM_VIEW_WEB_PAGE, target);
+  };
   frame->set_pane_hooks(std::move(hooks));
+  // A project linked from a page (the start page's recent projects and
+  // examples) opens as from the File menu.
+  LUM_VIEW_CTRL::set_link_handler([](const std::string& url) {
+    const QUrl link(QString::fromStdString(url));
+    const QString path = link.isLocalFile() ? link.toLocalFile() : QString();
+    if (!path.endsWith(".vpf") && !path.endsWith(".vsf")) return false;
+    if (LUM_DETACHED_FRAME* frame = LUM_DETACHED_FRAME::get_instance()) frame->open_project(path.toStdString().c_str());
+    return true;
+  });
 
   // A project that opens shows the reports it already has.
   QObject::connect(frame, &LUM_DETACHED_FRAME::project_changed, browser, [frame, browser] {

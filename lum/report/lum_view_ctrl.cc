@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QSplitter>
+#include <QDesktopServices>
 #include <QTextBrowser>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -44,6 +45,15 @@ QWidget* make_message_page(const QString& text, QWidget* parent) {
 }
 
 }  // namespace
+
+namespace {
+LUM_VIEW_CTRL::LINK_HANDLER& link_handler() {
+  static LUM_VIEW_CTRL::LINK_HANDLER handler;
+  return handler;
+}
+}  // namespace
+
+void LUM_VIEW_CTRL::set_link_handler(LINK_HANDLER handler) { link_handler() = std::move(handler); }
 
 void LUM_VIEW_CTRL::set_tasks_pane_factory(TASKS_PANE_FACTORY factory) { tasks_pane_factory() = std::move(factory); }
 
@@ -130,14 +140,34 @@ void LUM_VIEW_CTRL::open_page(LUM_VIEW_TYPE_ENUM type, const std::string& path) 
       break;
     case LUM_VIEW_WEB_PAGE: {
       auto* browser = new QTextBrowser(this);
-      browser->setOpenExternalLinks(true);
+      browser->setOpenLinks(false);
+      connect(browser, &QTextBrowser::anchorClicked, browser, [browser](const QUrl& link) {
+        if (link_handler() && link_handler()(link.toString().toStdString())) return;
+        if (link.scheme() == "http" || link.scheme() == "https" || link.scheme() == "mailto")
+          QDesktopServices::openUrl(link);
+        else
+          browser->setSource(link);
+      });
       browser->clear();  // a blank page until the document is shown
       const QString target = QString::fromStdString(page_path);
-      const QUrl url = QFileInfo(target).isAbsolute() ? QUrl::fromLocalFile(target) : QUrl(target);
+      // A file path may end in "#anchor" (a place in the page).
+      QString file = target;
+      QString anchor;
+      const int hash = target.lastIndexOf('#');
+      if (hash > 0 && QFileInfo(target.left(hash)).isFile()) {
+        file = target.left(hash);
+        anchor = target.mid(hash + 1);
+      }
+      QUrl url = QFileInfo(file).isAbsolute() ? QUrl::fromLocalFile(file) : QUrl(file);
+      if (!anchor.isEmpty()) url.setFragment(anchor);
       browser->setSource(url);
       m_type = type;
       m_path = page_path;
-      set_title(target);
+      // A page with a title is shown by it rather than by its path.
+      set_title(browser->documentTitle().isEmpty() ? target : browser->documentTitle());
+      connect(browser, &QTextBrowser::sourceChanged, this, [this, browser] {
+        if (!browser->documentTitle().isEmpty()) set_title(browser->documentTitle());
+      });
       set_page(browser);
       break;
     }

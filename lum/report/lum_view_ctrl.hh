@@ -41,6 +41,11 @@ class LUM_VIEW_CTRL : public QFrame {
   // The tasks pane belongs to the main frame; it tells how to make one.
   using TASKS_PANE_FACTORY = std::function<QWidget*(QWidget* parent)>;
   static void set_tasks_pane_factory(TASKS_PANE_FACTORY factory);
+  // A link clicked in a web page goes to this handler first; when it returns
+  // true the link was dealt with (a project opened, say) and the page stays.
+  // Other links open in the page, and web addresses in the desktop's browser.
+  using LINK_HANDLER = std::function<bool(const std::string& url)>;
+  static void set_link_handler(LINK_HANDLER handler);
 
   LUM_VIEW_CTRL(LUM_REPORT_VIEW* view, QWidget* parent);
   ~LUM_VIEW_CTRL() override;

@@ -5,15 +5,20 @@
 #include <QDir>
 #include <QMenu>
 #include <QMenuBar>
+#include <QInputDialog>
+#include <QTextBrowser>
+#include <QTimer>
 
 #include <fstream>
 
 #include "engine/lum_console_ctrl.hh"
 #include "engine/lum_console_model.hh"
+#include "engine/lum_help.hh"
 #include "frame/lum_detached_frame.hh"
 #include "frame/lum_entry.hh"
 #include "frame/lum_main_menu.hh"
 #include "frame/lum_script_menus.hh"
+#include "report/lum_report_view.hh"
 #include "lum_frame_test_support.hh"
 #include "tcl/lum_tcl_args_auto.hh"
 
@@ -152,6 +157,64 @@ TEST_F(MenusTest, BrokenMenuFilesAreNamedInTheConsoleAndTheBuiltInMenusStay) {
   ASSERT_NE(file, nullptr);
   EXPECT_TRUE(texts(file).contains("&Open Project..."));
   file->close();
+}
+
+}  // namespace
+
+namespace {
+
+// The whole front end without an engine: the report view in the centre.
+class HelpTest : public MenusTest {
+ protected:
+  LUM_DETACHED_FRAME* make_whole_frame() {
+    auto* frame = static_cast<LUM_DETACHED_FRAME*>(lum_dyn_adv_kro_tool());
+    if (frame != nullptr) m_view = static_cast<LUM_REPORT_VIEW*>(frame->get_report_view());
+    return frame;
+  }
+  QString title() const { return m_view->get_target_view_ctrl()->get_title(); }
+  QString page_text() const {
+    auto* browser = qobject_cast<QTextBrowser*>(m_view->get_target_view_ctrl()->get_page_window());
+    return browser != nullptr ? browser->toPlainText() : QString();
+  }
+  LUM_REPORT_VIEW* m_view = nullptr;
+};
+
+TEST_F(HelpTest, TheStartPageF1AndTheSearchShowTheirPagesInTheReportView) {
+  LUM_DETACHED_FRAME* frame = make_whole_frame();
+  ASSERT_NE(frame, nullptr);
+  // No project: the start page, with the examples.
+  EXPECT_EQ(title(), "Start");
+  EXPECT_TRUE(page_text().contains("datapath")) << page_text().toStdString();
+  EXPECT_TRUE(page_text().contains("Getting started with the examples"));
+
+  // Help > Contents (F1), chosen with the mouse.
+  auto choose = [&](const QString& text) {
+    QMenu* help = open_bar_menu(frame->menuBar(), "Help");
+    ASSERT_NE(help, nullptr);
+    for (QAction* action : help->actions())
+      if (action->text() == text) QTest::mouseClick(help, Qt::LeftButton, Qt::NoModifier, help->actionGeometry(action).center());
+  };
+  EXPECT_EQ(frame->find_action(LUM_ID_HELP_CONTENTS)->shortcut(), QKeySequence(Qt::Key_F1));
+  choose("&Contents");
+  EXPECT_EQ(title(), "Help contents");
+
+  // A dialog's F1 names its page and place.
+  EXPECT_TRUE(lum_show_help("reports#histogram"));
+  EXPECT_EQ(title(), "Reports");
+  EXPECT_FALSE(lum_show_help("no-such-page"));
+  EXPECT_EQ(title(), "Help contents");
+
+  // Search Help asks for words; the answer lists the pages that hold them.
+  QTimer::singleShot(0, [] {
+    wait_until([] { return qobject_cast<QInputDialog*>(QApplication::activeModalWidget()) != nullptr; }, 3000);
+    auto* dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    dialog->setTextValue("slack histogram");
+    dialog->accept();
+  });
+  choose("&Search Help...");
+  EXPECT_EQ(title(), "Search: slack histogram");
+  EXPECT_TRUE(page_text().contains("Reports")) << page_text().toStdString();
 }
 
 }  // namespace
