@@ -51,6 +51,9 @@ public:
     m_filter = std::move(filter);
   }
 
+  // Where protocol lines go (for a last line written from a signal handler).
+  int protocol_fd() const { return m_protocol_fd; }
+
   // Plain-mode prompt text, written without a line end.
   void write_plain_prompt(std::string_view prompt);
 

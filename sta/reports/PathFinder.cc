@@ -31,6 +31,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string_view>
 
 namespace vexa {
@@ -555,6 +556,14 @@ struct ExceptionParts
   sta::ExceptionFrom *from = nullptr;
   sta::ExceptionThruSeq *thrus = nullptr;
   sta::ExceptionTo *to = nullptr;
+  // Launch and capture clocks the paths must also have. OpenSTA cannot
+  // search from a set that mixes clocks with pins or instances (it crashes),
+  // finds nothing from clocks through -thru points once timing is up to
+  // date, and takes a -to set of clocks and pins as either of them. Such
+  // queries search by the points alone and keep the paths of these clocks.
+  std::vector<sta::Clock *> launch_clocks;
+  std::vector<sta::Clock *> capture_clocks;
+  bool filtered() const { return !launch_clocks.empty() || !capture_clocks.empty(); }
 };
 
 template <class SET, class T>
@@ -594,6 +603,14 @@ ExceptionParts make_exceptions(sta::Sta *sta, const PathQuery &query)
 
   ExceptionParts parts;
   const sta::TransRiseFallBoth *rf = sta::TransRiseFallBoth::riseFall();
+  if (!from_clocks.empty() && (!from.empty() || !thrus.empty())) {
+    parts.launch_clocks = from_clocks;
+    from_clocks.clear();
+  }
+  if (!to_clocks.empty() && !to.empty()) {
+    parts.capture_clocks = to_clocks;
+    to_clocks.clear();
+  }
   if (!from.empty() || !from_clocks.empty())
     parts.from = sta->makeExceptionFrom(set_of<sta::PinSet>(from.pins),
                                         set_of<sta::ClockSet>(from_clocks),
@@ -629,18 +646,43 @@ void for_each_timing_path(sta::Sta *sta, const PathQuery &query,
   float slack_max = query.less_than_slack ? static_cast<float>(unit.to_sta(*query.less_than_slack))
                                           : sta::INF;
   PathEndList list;
-  list.ends = find_ends(sta, parts.from, parts.thrus, parts.to, query.analysis, query.npaths, 1,
-                        slack_max);
-  size_t count = std::min<size_t>(list.ends->size(), static_cast<size_t>(query.npaths));
+  std::vector<sta::PathEnd *> ends;
+  if (!parts.filtered()) {
+    list.ends = find_ends(sta, parts.from, parts.thrus, parts.to, query.analysis, query.npaths, 1,
+                          slack_max);
+    ends.assign(list.ends->begin(), list.ends->end());
+  } else {
+    // Several paths per end point, since the worst one may belong to other
+    // clocks; the worst kept one of each end point stands for it.
+    const int per_endpoint = 4 * (static_cast<int>(sta->sdc()->clocks()->size()) + 1);
+    list.ends = find_ends(sta, parts.from, parts.thrus, parts.to, query.analysis,
+                          all_endpoints_count(sta), per_endpoint, slack_max);
+    std::set<const sta::Vertex *> seen;
+    for (sta::PathEnd *end : *list.ends) {
+      auto among = [](const std::vector<sta::Clock *> &clocks, const sta::Clock *clock) {
+        return clocks.empty() || std::find(clocks.begin(), clocks.end(), clock) != clocks.end();
+      };
+      const sta::ClockEdge *edge = end->sourceClkEdge(sta);
+      if (!among(parts.launch_clocks, edge ? edge->clock() : nullptr) ||
+          !among(parts.capture_clocks, end->targetClk(sta)))
+        continue;
+      if (seen.insert(end->vertex(sta)).second)
+        ends.push_back(end);
+    }
+    std::stable_sort(ends.begin(), ends.end(), [sta](sta::PathEnd *a, sta::PathEnd *b) {
+      return a->slack(sta) < b->slack(sta);
+    });
+  }
+  size_t count = std::min<size_t>(ends.size(), static_cast<size_t>(query.npaths));
   // findPathEnds compares less_than_slack inclusively; the option is strict.
   if (query.less_than_slack)
-    while (count > 0 && !((*list.ends)[count - 1]->slack(sta) < slack_max))
+    while (count > 0 && !(ends[count - 1]->slack(sta) < slack_max))
       count--;
   if (prepared)
     prepared(count);
   PathReportCache cache(sta);
   for (size_t i = 0; i < count; i++, check_interrupt())
-    visit(make_path_record(sta, (*list.ends)[i], query.analysis, query.with_points, &cache,
+    visit(make_path_record(sta, ends[i], query.analysis, query.with_points, &cache,
                            query.with_routing));
 }
 

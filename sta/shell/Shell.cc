@@ -10,7 +10,8 @@
 #include <readline/history.h>
 #include <readline/readline.h>
 
-#include <csetjmp>
+#include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -30,34 +31,108 @@ void on_sigint(int)
     interrupt_target->request_interrupt();
 }
 
-// A crash inside a command (OpenSTA on input it does not expect) is reported
-// as an internal error and the shell returns to its prompt instead of
-// dying. The state of the failed command may be partial; the user is told.
-sigjmp_buf crash_recovery;
-volatile sig_atomic_t crash_recovery_armed = 0;
-volatile sig_atomic_t crash_signal = 0;
+// A fatal signal (a crash inside OpenSTA, an abort) ends the engine: after
+// a wild write nothing it computes can be trusted. The handler writes one
+// line naming the command that was running, prepared before the command
+// started so that the handler itself only calls write(2), and exits with
+// 128 + the signal number. The front end sees the line and the end of the
+// process.
+constexpr size_t fatal_line_capacity = 1024;
+char fatal_line[fatal_line_capacity];
+constexpr char fatal_number_mark = '\x01';
+volatile size_t fatal_line_size = 0;
+int fatal_fd = 2;
+// Handlers run on their own stack, so that a stack overflow is reported too.
+constexpr size_t fatal_stack_size = 64 * 1024;
+alignas(16) char fatal_stack[fatal_stack_size];
 
-void on_crash(int signal_number)
+void write_all(int fd, const char *bytes, size_t size)
 {
-  if (!crash_recovery_armed) {
-    std::signal(signal_number, SIG_DFL);
-    std::raise(signal_number);
-    return;
+  while (size > 0) {
+    ssize_t written = ::write(fd, bytes, size);
+    if (written < 0 && errno == EINTR)
+      continue;
+    if (written <= 0)
+      return;
+    bytes += written;
+    size -= static_cast<size_t>(written);
   }
-  crash_recovery_armed = 0;
-  crash_signal = signal_number;
-  siglongjmp(crash_recovery, 1);
 }
 
-void install_crash_handlers()
+// The decimal digits of a small positive number, async-signal-safe.
+size_t put_number(char *out, int value)
 {
+  char digits[12];
+  size_t count = 0;
+  do {
+    digits[count++] = static_cast<char>('0' + value % 10);
+    value /= 10;
+  } while (value > 0 && count < sizeof digits);
+  for (size_t i = 0; i < count; i++)
+    out[i] = digits[count - 1 - i];
+  return count;
+}
+
+void on_fatal_signal(int signal_number)
+{
+  // The line was prepared with a mark where the signal number goes.
+  char line[fatal_line_capacity + 16];
+  size_t size = 0;
+  const size_t prepared = fatal_line_size;
+  for (size_t i = 0; i < prepared && size + 12 < sizeof line; i++) {
+    if (fatal_line[i] == fatal_number_mark)
+      size += put_number(line + size, signal_number);
+    else
+      line[size++] = fatal_line[i];
+  }
+  write_all(fatal_fd, line, size);
+  _exit(128 + signal_number);
+}
+
+void install_fatal_handlers()
+{
+  stack_t stack;
+  std::memset(&stack, 0, sizeof stack);
+  stack.ss_sp = fatal_stack;
+  stack.ss_size = fatal_stack_size;
+  sigaltstack(&stack, nullptr);
   struct sigaction action;
   std::memset(&action, 0, sizeof action);
-  action.sa_handler = on_crash;
-  action.sa_flags = SA_NODEFER;
+  action.sa_handler = on_fatal_signal;
+  action.sa_flags = SA_ONSTACK | SA_RESETHAND;
   sigemptyset(&action.sa_mask);
-  for (int s : {SIGSEGV, SIGBUS, SIGFPE, SIGILL})
+  for (int s : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT})
     sigaction(s, &action, nullptr);
+}
+
+// What the fatal handler says when `activity` (a command, a script) is
+// running: one protocol line for the front end, else an error on stderr.
+void prepare_fatal_line(Engine &engine, const std::string &activity)
+{
+  std::string shown = activity;
+  size_t nl = shown.find_first_of("\r\n");
+  if (nl != std::string::npos)
+    shown = shown.substr(0, nl) + " ...";
+  if (shown.size() > 300)
+    shown = shown.substr(0, 300) + " ...";
+  // fatal_number_mark stands for the signal number.
+  shown.erase(std::remove(shown.begin(), shown.end(), fatal_number_mark), shown.end());
+  std::string text = std::string("the engine stopped on fatal signal ") + fatal_number_mark
+                     + " while running " + shown
+                     + "; its state cannot be trusted, so it exits (restart it to go on)";
+  std::string line;
+  if (engine.sink().mode() == OutputMode::protocol) {
+    line = "msg_internal_error 0 " + quote_word(text) + "\n";
+    fatal_fd = engine.sink().protocol_fd();
+  } else {
+    line = "Internal Error: " + text + "\n";
+    fatal_fd = 2;
+  }
+  if (line.size() > fatal_line_capacity)
+    line = line.substr(0, fatal_line_capacity - 1) + "\n";
+  fatal_line_size = 0;
+  std::memcpy(fatal_line, line.data(), line.size());
+  fatal_line_size = line.size();
 }
 
 void flush_tcl_channels(Engine &engine)
@@ -132,7 +207,8 @@ void register_shell_commands(Engine &engine)
 
 void install_interrupt_handler(Engine &engine)
 {
-  install_crash_handlers();
+  install_fatal_handlers();
+  prepare_fatal_line(engine, "no command (the engine was idle)");
   interrupt_target = &engine;
   struct sigaction action;
   std::memset(&action, 0, sizeof action);
@@ -146,30 +222,15 @@ int evaluate_command(Engine &engine, const std::string &command)
 {
   Tcl_Interp *interp = engine.interp();
   engine.set_command_running(true);
+  prepare_fatal_line(engine, "the command \"" + command + "\"");
   int code = TCL_OK;
-  if (sigsetjmp(crash_recovery, 1) == 0) {
-    crash_recovery_armed = 1;
-    try {
-      code = Tcl_EvalEx(interp, command.c_str(), static_cast<int>(command.size()),
-                        TCL_EVAL_GLOBAL);
-    } catch (const std::exception &e) {
-      engine.internal_error(std::string("exception escaped the command: ") + e.what());
-      code = TCL_ERROR;
-    }
-    crash_recovery_armed = 0;
-  } else {
-    // The jump skipped every clean-up of the commands it left: lift the
-    // states a command sets only for its own duration.
-    engine.set_command_running(false);
-    engine.set_reading_sdc(false);
-    engine.take_interrupt();
-    engine.sink().flush_text();
-    engine.internal_error("signal " + std::to_string(crash_signal) + " (" + strsignal(crash_signal)
-                          + ") caught while running a command; the engine's state may be"
-                          + " incomplete, consider delete_timing_netlist");
-    Tcl_ResetResult(interp);
-    return TCL_ERROR;
+  try {
+    code = Tcl_EvalEx(interp, command.c_str(), static_cast<int>(command.size()), TCL_EVAL_GLOBAL);
+  } catch (const std::exception &e) {
+    engine.internal_error(std::string("exception escaped the command: ") + e.what());
+    code = TCL_ERROR;
   }
+  prepare_fatal_line(engine, "no command (the engine was idle)");
   engine.set_command_running(false);
   bool interrupted = engine.take_interrupt();
   if (code == TCL_ERROR) {
@@ -345,6 +406,7 @@ int run_batch(Engine &engine, const std::string &script, const std::vector<std::
                 TCL_GLOBAL_ONLY);
   Tcl_SetVar2Ex(interp, "argv0", nullptr, Tcl_NewStringObj(script.c_str(), -1), TCL_GLOBAL_ONLY);
   engine.set_command_running(true);
+  prepare_fatal_line(engine, "the script \"" + script + "\"");
   int code = Tcl_EvalFile(interp, script.c_str());
   engine.set_command_running(false);
   bool interrupted = engine.take_interrupt();

@@ -7,7 +7,9 @@
 // becomes an error post whose text is the first line of errorInfo and whose
 // one sub-message carries the rest of it (the interactive shell leaves that
 // trace out, as tclsh does; it stays in $errorInfo). SIGINT interrupts the running
-// command (Engine::request_interrupt) and the shell goes on.
+// command (Engine::request_interrupt) and the shell goes on. A fatal signal
+// (SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT) ends the engine with one error
+// line naming the command that was running and exit status 128 + signal.
 #pragma once
 
 #include <string>
@@ -33,7 +35,8 @@ int run_batch(Engine &engine, const std::string &script, const std::vector<std::
 // in protocol mode carries the front end's commands.
 bool reads_standard_input(const std::string &path);
 
-// Routes SIGINT to engine.request_interrupt().
+// Routes SIGINT to engine.request_interrupt() and installs the fatal-signal
+// handlers.
 void install_interrupt_handler(Engine &engine);
 
 } // namespace vexa

@@ -29,6 +29,8 @@ public:
   int finish(double timeout_seconds = 30.0);
   void interrupt();
   bool timed_out() const { return m_timed_out; }
+  // The engine's process id (-1 once it has been waited for).
+  int pid() const { return m_pid; }
   // Every stdout line seen so far.
   const std::vector<std::string> &transcript() const { return m_transcript; }
 

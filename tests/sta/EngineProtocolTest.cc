@@ -5,6 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <thread>
 #include <filesystem>
 #include <fstream>
 #include <unistd.h>
@@ -480,6 +484,42 @@ TEST_F(EngineSession, InterruptedReadSdcStopsAtOnceAndRegistersTheClocksMadeSoFa
   ASSERT_EQ(failed.size(), 1u) << joined(out);
   EXPECT_NE(failed[0].find("interrupted by the user"), std::string::npos) << failed[0];
   EXPECT_EQ(hidden_texts(engine.command("expr 6*7")), Lines{"42"});
+}
+
+// After a fatal signal the engine's memory cannot be trusted: it says what
+// it was running, and ends.
+TEST(EngineEnd, AFatalSignalEndsTheEngineWithOneLineNamingTheCommand)
+{
+  for (int signal_number : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT}) {
+    SCOPED_TRACE(strsignal(signal_number));
+    EngineDriver engine;
+    ASSERT_TRUE(engine.read_to_prompt().empty());
+    engine.send("after 5000; puts {not reached}");
+    // Give the engine time to start the command.
+    std::this_thread::sleep_for(std::chrono::milliseconds(400));
+    ASSERT_EQ(kill(engine.pid(), signal_number), 0);
+    // The output ends (no prompt follows) well before the command would have.
+    Lines out = engine.read_to_prompt(3);
+    EXPECT_FALSE(engine.timed_out()) << joined(out);
+    ASSERT_EQ(out.size(), 1u) << joined(out);
+    EXPECT_EQ(out[0], "msg_internal_error 0 \"the engine stopped on fatal signal " +
+                        std::to_string(signal_number) +
+                        " while running the command \\\"after 5000; puts {not reached}\\\"; its "
+                        "state cannot be trusted, so it exits (restart it to go on)\"");
+    EXPECT_EQ(engine.finish(), 128 + signal_number);
+  }
+}
+
+TEST(EngineEnd, AFatalSignalBetweenCommandsSaysNoCommandWasRunning)
+{
+  EngineDriver engine;
+  ASSERT_TRUE(engine.read_to_prompt().empty());
+  ASSERT_EQ(hidden_texts(engine.command("expr 6*7")), Lines{"42"});
+  ASSERT_EQ(kill(engine.pid(), SIGSEGV), 0);
+  std::string line;
+  ASSERT_TRUE(engine.read_line(line, 20));
+  EXPECT_NE(line.find("fatal signal 11 while running no command"), std::string::npos) << line;
+  EXPECT_EQ(engine.finish(), 128 + SIGSEGV);
 }
 
 TEST_F(EngineSession, HelpListsTheEngineCommandsWithTheirOwnArguments)

@@ -239,6 +239,58 @@ TEST(TimingPanel, FiltersByClocksNodesAndSlack)
     EXPECT_LT(number(failing->get_data(row, 0)), 0);
 }
 
+// A launch clock given with start points or -thru points, and a capture
+// clock given with end points, narrow the search to both at once.
+TEST(TimingPanel, ClocksCombineWithPointsAsBothConditions)
+{
+  ReportTestEngine &test = ReportTestEngine::with_design("twoclocks");
+  struct Case
+  {
+    const char *options;
+    const char *launch, *capture, *from, *through;
+    bool found;
+  };
+  const Case cases[] = {
+    {"-from_clock sys_clk -from [get_ports {sys_in[0]}]", "sys_clk", "", "sys_in[0]", "", true},
+    {"-from_clock io_clk -from [get_ports {sys_in[0]}]", "", "", "", "", false},
+    {"-from_clock sys_clk -thru _199_/Y", "sys_clk", "", "", "_199_/Y", true},
+    {"-from_clock {sys_clk io_clk} -thru _199_/Y -to_clock sys_clk", "", "sys_clk", "",
+     "_199_/Y", true},
+    {"-to_clock sys_clk -to [get_pins {sys_out_reg[7]/D}]", "", "sys_clk", "", "", true},
+    {"-to_clock io_clk -to [get_pins {sys_out_reg[7]/D}]", "", "", "", "", false},
+  };
+  for (const Case &c : cases) {
+    SCOPED_TRACE(c.options);
+    test.must(std::string("report_timing -npaths 20 -panel_name Mixed ") + c.options);
+    auto report = test.open_report();
+    RDB_OBJECT *panel = report->find_object("Mixed");
+    ASSERT_TRUE(panel);
+    RDB_TABLE_OBJECT *summary = table_at(panel->get_child(0));
+    ASSERT_EQ(summary->get_number_of_data_rows() > 0, c.found);
+    for (int row = 1; row < summary->get_number_of_rows(); row++) {
+      if (*c.launch) {
+        EXPECT_EQ(summary->get_data(row, 3), c.launch);
+      }
+      if (*c.capture) {
+        EXPECT_EQ(summary->get_data(row, 4), c.capture);
+      }
+      if (*c.from) {
+        EXPECT_EQ(summary->get_data(row, 1), c.from);
+      }
+      if (*c.through) {
+        auto *path = dynamic_cast<RDB_PATH_OBJECT *>(panel->get_child(row));
+        RDB_TABLE_OBJECT *arrival = path->get_data_arrival_table();
+        bool passes = false;
+        for (int point = 1; point < arrival->get_number_of_rows(); point++)
+          passes = passes || arrival->get_data(point, 6) == c.through;
+        EXPECT_TRUE(passes) << "path " << row;
+      }
+    }
+  }
+  // The engine is still sound after the mixed searches.
+  test.must("report_timing -npaths 3 -panel_name After");
+}
+
 TEST(TimingSummary, EveryAnalysisWritesATclTableWhoseRowsDrillDown)
 {
   ReportTestEngine &test = ReportTestEngine::with_design("resets");
