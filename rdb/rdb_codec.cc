@@ -1,6 +1,7 @@
 #include "rdb/rdb_codec.hh"
 
 #include <charconv>
+#include <cmath>
 #include <cstring>
 
 namespace rdb_internal {
@@ -310,8 +311,13 @@ std::map<std::string, std::string> decode_properties(std::string_view text) {
 }
 
 std::string format_double(double value) {
+  // Shortest form that reads back the same, never in exponent form for the
+  // magnitudes of times and counts (100000 stays "100000", not "1e+05").
   char buffer[64];
-  auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+  const bool plain = std::isfinite(value) && std::fabs(value) < 1e15 &&
+                     (value == 0 || std::fabs(value) >= 1e-9);
+  auto result = plain ? std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed)
+                      : std::to_chars(buffer, buffer + sizeof buffer, value);
   return std::string(buffer, result.ptr);
 }
 

@@ -9,7 +9,7 @@
 //    report command (wall and processor time, the latter from /proc), so
 //    loading the design is not counted. Each side is run --repeat times and
 //    its best times are kept. The ratio vexa_sta/sta is printed with the
-//    target (at most 1.0), also against sta restricted to the clock's path
+//    target (at most 0.5), also against sta restricted to the clock's path
 //    group, which holds the same paths as report_timing's setup report.
 // 3. Inside this process, the time to write a 100,000-bin histogram panel and
 //    a 10,000-row table panel into a fresh report database.
@@ -86,7 +86,7 @@ double seconds_since(std::chrono::steady_clock::time_point start)
 void print_ratio_only(const char *what, const Times &ours, const Times &theirs)
 {
   if (theirs.wall > 0 && theirs.cpu > 0)
-    std::printf("%-34s %8.3f   wall %8.3f   cpu   (target <= 1.0)\n", what,
+    std::printf("%-34s %8.3f   wall %8.3f   cpu   (target <= 0.5)\n", what,
                 ours.wall / theirs.wall, ours.cpu / theirs.cpu);
 }
 
@@ -186,6 +186,7 @@ int main(int argc, char **argv)
     std::ofstream script(dir + "/bench_vexa.tcl");
     script << timing_procs << "project_open " << dir << "/bench.vpf\n"
            << "create_timing_netlist\nread_sdc\nupdate_timing_netlist\nreport_wns\n"
+           << "set ::vexa::report_profile 1\n"
            << "bench_time report {report_timing -npaths " << count
            << " -panel_name {Report Timing}}\n"
            << "bench_time summary {report_timing -npaths " << count
@@ -209,13 +210,24 @@ int main(int argc, char **argv)
     }
   };
   std::map<std::string, Times> theirs, ours;
+  // The engine's own split of the panel report, from its fastest run.
+  std::string split;
+  double fastest = -1;
   for (int i = 0; i < repeat; i++) {
     best_of(theirs, parse_times(
                       chronel::truth::run_program(sta, {"-no_splash", "-exit", dir + "/bench_sta.tcl"})
                         .output));
     fs::remove_all(dir + "/vexa_db");
-    best_of(ours, parse_times(
-                    chronel::truth::run_program(engine, {"-t", dir + "/bench_vexa.tcl"}).output));
+    const std::string output =
+      chronel::truth::run_program(engine, {"-t", dir + "/bench_vexa.tcl"}).output;
+    std::map<std::string, Times> run = parse_times(output);
+    best_of(ours, run);
+    const size_t at = output.find("report_timing: ");
+    if (at != std::string::npos && run.count("report") &&
+        (fastest < 0 || run["report"].wall < fastest)) {
+      fastest = run["report"].wall;
+      split = output.substr(at + 15, output.find('\n', at) - at - 15);
+    }
   }
   if (!theirs.count("report") || !ours.count("report")) {
     std::fprintf(stderr, "a run failed (no timing line from %s)\n",
@@ -228,6 +240,8 @@ int main(int argc, char **argv)
               theirs["group"].wall, theirs["group"].cpu);
   print_ratio("vexa_sta report_timing to a panel", ours["report"], theirs["report"]);
   print_ratio_only("  ratio to sta's group clk only", ours["report"], theirs["group"]);
+  if (!split.empty())
+    std::printf("  split (fastest run): %s\n", split.c_str());
   print_ratio("vexa_sta report_timing as text", ours["text"], theirs["report"]);
   std::printf("%-34s %8.3f s wall %8.3f s cpu\n", "vexa_sta -summary to a panel",
               ours["summary"].wall, ours["summary"].cpu);

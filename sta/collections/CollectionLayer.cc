@@ -46,11 +46,38 @@ proc ::vexa::split_patterns {rest valued} {
   return [list $options $patterns]
 }
 
-proc ::vexa::filter_names {objects patterns nocase} {
+# A name pattern as OpenSTA's get_* read it, for string match: only * and ?
+# are wildcards; brackets are part of names (bus bits like a_reg[0]), and a
+# backslash keeps the character after it as it is.
+proc ::vexa::match_pattern {pattern} {
+  set out ""
+  set n [string length $pattern]
+  for {set i 0} {$i < $n} {incr i} {
+    set c [string index $pattern $i]
+    if {$c eq "\\" && $i + 1 < $n} {
+      append out "\\" [string index $pattern [incr i]]
+    } elseif {$c eq "\[" || $c eq "\]"} {
+      append out "\\" $c
+    } else {
+      append out $c
+    }
+  }
+  return $out
+}
+
+# Matching is the same with and without -no_case but for the letter case.
+# With `levels`, a name must have as many hierarchy dividers as its pattern,
+# so that a wildcard stays within one level as in OpenSTA's own search.
+proc ::vexa::filter_names {objects patterns nocase {levels 0}} {
   set matches {}
+  set compiled {}
+  foreach pattern $patterns {
+    lappend compiled [match_pattern $pattern] [regexp -all / $pattern]
+  }
   foreach object $objects {
     set name [object_name $object]
-    foreach pattern $patterns {
+    foreach {pattern dividers} $compiled {
+      if {$levels && [regexp -all / $name] != $dividers} { continue }
       if {($nocase && [string match -nocase $pattern $name])
           || (!$nocase && [string match $pattern $name])} {
         lappend matches $object
@@ -81,8 +108,13 @@ proc ::vexa::get_objects {name saved arglist} {
   set warn [expr {"-quiet" ni $options && [uplevel 2 {namespace current}] ne "::sta"}]
   if {"-quiet" ni $options} { lappend options -quiet }
   if {$nocase && $patterns ne ""} {
-    set all [$saved {*}$options *]
-    set result [filter_names $all $patterns 1]
+    # OpenSTA matches letter case exactly: take every object the patterns
+    # could reach and match here. A pattern with dividers reaches below the
+    # top level as OpenSTA's own would; its wildcards stay within one level.
+    set levels [expr {$name in {get_cells get_pins get_nets} && "-hierarchical" ni $options
+                      && [string first / $patterns] >= 0}]
+    set all [$saved {*}$options {*}[expr {$levels ? "-hierarchical" : ""}] *]
+    set result [filter_names $all $patterns 1 $levels]
   } elseif {$patterns eq "" && $name eq "get_clocks"} {
     set result [all_clocks]
   } elseif {$patterns eq ""} {

@@ -167,7 +167,10 @@ int update_timing_netlist(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const
   if (!engine.require_netlist("update_timing_netlist"))
     return TCL_ERROR;
   engine.progress(0);
-  engine.sta()->updateTiming(false);
+  // OpenSTA's incremental update misses some constraint changes made after
+  // the first one (clock groups): after any change since the last update
+  // (which leaves the reports out of date) everything is recomputed.
+  engine.sta()->updateTiming(engine.reports_may_be_stale());
   engine.progress(100);
   engine.set_up_to_date(true);
   return TCL_OK;

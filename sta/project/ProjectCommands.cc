@@ -233,6 +233,24 @@ int execute_module(Engine &engine, Tcl_Interp *interp, int objc, Tcl_Obj *const 
   engine.post(MessageKind::info, "VSTA-1210",
               "Wrote " + std::to_string(project.settings.clock_requirements.size())
               + " clock constraint(s) to " + output);
+  // With a netlist at hand, a requirement on a port it lacks would make a
+  // clock on nothing: say so now rather than at read_sdc.
+  if (engine.state().netlist_is_created) {
+    for (const ClockRequirement &req : project.settings.clock_requirements) {
+      Tcl_Obj *words[3] = {Tcl_NewStringObj("get_ports", -1), Tcl_NewStringObj("-quiet", -1),
+                           Tcl_NewStringObj(req.port.c_str(), -1)};
+      Tcl_Obj *command = Tcl_NewListObj(3, words);
+      Tcl_IncrRefCount(command);
+      bool found = engine.eval(Tcl_GetString(command)) == TCL_OK &&
+                   Tcl_GetCharLength(Tcl_GetObjResult(interp)) > 0;
+      Tcl_DecrRefCount(command);
+      Tcl_ResetResult(interp);
+      if (!found)
+        engine.post(MessageKind::warning, "VSTA-1211",
+                    project.settings.path + ":" + std::to_string(req.line) + ": clock_requirement "
+                    + req.name + " names port " + req.port + ", which the netlist does not have");
+    }
+  }
   Tcl_SetObjResult(interp, Tcl_NewStringObj(output.c_str(), -1));
   return TCL_OK;
 }

@@ -278,8 +278,17 @@ std::vector<HistogramBinRow> histogram_bins(const std::vector<double> &values, i
     bins[i].from = low + width * i;
     bins[i].to = i + 1 == num_bins ? high : low + width * (i + 1);
   }
+  // The edges above are computed, so the largest value may lie a rounding
+  // step beyond the top edge: only the limits the user gave drop values.
+  if (!values.empty()) {
+    auto [lowest, highest] = std::minmax_element(values.begin(), values.end());
+    if (!min_value)
+      bins.front().from = std::min(bins.front().from, *lowest);
+    if (!max_value)
+      bins.back().to = std::max(bins.back().to, *highest);
+  }
   for (double value : values) {
-    if (value < low || value > high)
+    if ((min_value && value < *min_value) || (max_value && value > *max_value))
       continue;
     int index = static_cast<int>(std::floor((value - low) / width));
     index = std::clamp(index, 0, num_bins - 1);

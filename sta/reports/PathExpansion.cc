@@ -1,5 +1,7 @@
 #include "reports/PathExpansion.hh"
 
+#include <algorithm>
+
 #include "Machine.hh"
 #include "Fuzzy.hh"
 #include "Graph.hh"
@@ -214,6 +216,7 @@ void ExpandedPath::expand(const sta::Path *path, PrevPathCache &cache, const sta
   m_points.clear();
   m_arcs.clear();
   m_start = 0;
+  m_latch_edge = nullptr;
   if (path == nullptr)
     return;
   const sta::Latches *latches = sta->latches();
@@ -234,7 +237,7 @@ void ExpandedPath::expand(const sta::Path *path, PrevPathCache &cache, const sta
           // A path through a transparent latch starts at its output; the
           // latch's data input closes the path so latch loops end here.
           m_start = m_points.size();
-          found_start = true;
+          m_latch_edge = edge;
           m_points.emplace_back(point);
           m_arcs.push_back(arc);
           m_points.emplace_back(prev);
@@ -249,6 +252,25 @@ void ExpandedPath::expand(const sta::Path *path, PrevPathCache &cache, const sta
   }
   if (!found_start && !m_points.empty())
     m_start = m_points.size() - 1;
+}
+
+void ExpandedPath::clear()
+{
+  m_points.clear();
+  m_arcs.clear();
+  m_start = 0;
+  m_latch_edge = nullptr;
+}
+
+void ExpandedPath::assign_prefix(const ExpandedPath &other, size_t count)
+{
+  clear();
+  count = std::min(count, other.m_points.size());
+  // Stored end first: the first `count` points are the last stored ones.
+  const size_t skip = other.m_points.size() - count;
+  m_points.assign(other.m_points.begin() + skip, other.m_points.end());
+  m_arcs.assign(other.m_arcs.begin() + skip, other.m_arcs.end());
+  m_start = m_points.empty() ? 0 : m_points.size() - 1;
 }
 
 } // namespace vexa

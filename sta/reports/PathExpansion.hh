@@ -23,6 +23,7 @@ class Path;
 class StaState;
 class TimingArc;
 class Vertex;
+class Edge;
 class Tag;
 }
 
@@ -75,6 +76,10 @@ public:
   // Lays out `path`, replacing what was there (the storage is reused).
   void expand(const sta::Path *path, PrevPathCache &cache, const sta::StaState *sta);
 
+  void clear();
+  // The first `count` points of `other` (its clock path, say), as a path of their own.
+  void assign_prefix(const ExpandedPath &other, size_t count);
+
   size_t size() const { return m_points.size(); }
   // path(0) is the first point (a clock source or an input), path(size()-1) the end.
   sta::PathRef *path(size_t index) { return &m_points[reversed(index)]; }
@@ -84,6 +89,9 @@ public:
   // register or latch, else the first point.
   size_t startIndex() const { return reversed(m_start); }
   sta::PathRef *startPath() { return m_points.empty() ? nullptr : &m_points[m_start]; }
+  // The edge from a transparent latch's data input to its output when the
+  // path starts there (path(0) is the data input, path(1) the output), else null.
+  sta::Edge *latchDataEdge() const { return m_latch_edge; }
 
 private:
   size_t reversed(size_t index) const { return m_points.size() - 1 - index; }
@@ -92,6 +100,7 @@ private:
   std::vector<sta::PathRef> m_points;
   std::vector<sta::TimingArc *> m_arcs;
   size_t m_start = 0;
+  sta::Edge *m_latch_edge = nullptr;
 };
 
 } // namespace vexa

@@ -10,7 +10,9 @@
 #include "ClkInfo.hh"
 #include "Corner.hh"
 #include "ExceptionPath.hh"
+#include "Genclks.hh"
 #include "Graph.hh"
+#include "Latches.hh"
 #include "MinMax.hh"
 #include "Network.hh"
 #include "PathEnd.hh"
@@ -278,6 +280,71 @@ void add_row(std::vector<PathPointRecord> &rows, double &last_total, double tota
   rows.push_back(std::move(row));
 }
 
+// The rows of a propagated clock network: the clock's source latency, then
+// each point of `clock` (a clock path ending at a register's clock pin),
+// preceded by the source paths of the generated clocks it starts from. The
+// last point lands on `end_total`; the others keep their distance from it.
+void add_clock_network(std::vector<PathPointRecord> &rows, double &last, ExpandedPath &clock,
+                       double end_total, PathReportCache &cache, sta::Sta *sta,
+                       const TimeUnit &unit)
+{
+  struct Point
+  {
+    sta::PathRef path;
+    sta::TimingArc *arc;
+    double arrival;  // seconds, in the frame of the last point
+  };
+  std::vector<Point> points;
+  for (size_t i = 0; i < clock.size(); i++)
+    points.push_back({*clock.path(i), i ? clock.prevArc(i) : nullptr, clock.path(i)->arrival(sta)});
+  // A generated clock's points start at its source pin; its master's path
+  // to that pin goes first (and so on for a clock generated from another).
+  for (int depth = 0; depth < 8 && !points.empty(); depth++) {
+    sta::PathRef &root = points.front().path;
+    const sta::Clock *clk = root.clock(sta);
+    if (clk == nullptr || !clk->isGenerated())
+      break;
+    sta::PathVertex source;
+    sta->search()->genclks()->srcPath(&root, source);
+    // A master clock taken as ideal shows no network of its own.
+    if (source.isNull() || source.clock(sta) == nullptr || !source.clock(sta)->isPropagated())
+      break;
+    ExpandedPath &master = cache.source_clock_path();
+    master.expand(&source, cache.prev_paths(), sta);
+    if (master.size() < 2)
+      break;
+    const double shift = points.front().arrival - master.path(master.size() - 1)->arrival(sta);
+    points.front().arc = master.prevArc(master.size() - 1);
+    std::vector<Point> before;
+    for (size_t i = 0; i + 1 < master.size(); i++)
+      before.push_back({*master.path(i), i ? master.prevArc(i) : nullptr,
+                        master.path(i)->arrival(sta) + shift});
+    points.insert(points.begin(), before.begin(), before.end());
+  }
+  if (points.empty())
+    return;
+  const double end_arrival = points.back().arrival;
+  auto total_of = [&](const Point &point) {
+    return end_total - unit.to_user(end_arrival - point.arrival);
+  };
+  PathPointRecord latency;
+  latency.element = "clock source latency";
+  latency.type = "clock";
+  latency.is_clock_path = true;
+  add_row(rows, last, total_of(points.front()), latency);
+  for (const Point &point : points) {
+    PathPointRecord row;
+    const PathReportCache::PinInfo &info = cache.pin(point.path.pin(sta));
+    row.rise_fall = rise_fall_of(point.path.transition(sta));
+    row.fanout = info.fanout;
+    row.type = arc_type(point.arc);
+    row.element = info.name;
+    row.location = info.location;
+    row.is_clock_path = true;
+    add_row(rows, last, total_of(point), row);
+  }
+}
+
 } // namespace
 
 PathReportCache::PathReportCache(const sta::Sta *sta) : m_sta(sta), m_prev_paths(sta) {}
@@ -346,16 +413,16 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
   const double src_offset = end->sourceClkOffset(sta);
   const double src_edge_time = (src_edge ? src_edge->time() : 0.0) + src_offset;
   const sta::ClockEdge *tgt_edge = end->targetClkEdge(sta);
-  const double tgt_edge_time = tgt_edge ? end->targetClkTime(sta) + src_offset : 0.0;
-  if (src_edge && tgt_edge)
-    record.relationship = unit.to_user(tgt_edge_time - src_edge_time);
-  const double src_latency = src_edge ? end->sourceClkLatency(sta) : 0.0;
+  // The capture edge as the required table starts: multicycles included.
+  const double tgt_base =
+    tgt_edge ? end->targetClkTime(sta) + src_offset + end->targetClkMcpAdjustment(sta) : 0.0;
   const double tgt_latency = tgt_edge ? end->targetClkDelay(sta) : 0.0;
   if (src_edge && tgt_edge)
-    record.clock_skew = unit.to_user(tgt_latency - src_latency);
+    record.relationship = unit.to_user(tgt_base - src_edge_time);
 
-  // Index of the point that launches the data: the register clock pin or
-  // the input port (the last clock-network point before the data path).
+  // The launch: a register's clock pin (the last clock point before the
+  // data), a transparent latch's enable pin (reached through its own clock
+  // path), or an input port.
   size_t launch_index = 0;
   for (size_t i = 0; i < expanded.size(); i++)
     if (expanded.path(i)->isClock(sta))
@@ -363,23 +430,50 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
   const size_t start_index = expanded.startIndex();
   if (start_index < launch_index)
     launch_index = start_index;
-  const double launch_arrival = expanded.path(launch_index)->arrival(sta) + src_offset;
-  record.data_delay = unit.to_user(end->dataArrivalTimeOffset(sta) - launch_arrival);
-
-  // Cell and interconnect delay of the data path (after the launch point).
-  for (size_t i = launch_index + 1; i < expanded.size(); i++) {
-    double incr = expanded.path(i)->arrival(sta) - expanded.path(i - 1)->arrival(sta);
-    std::string_view type = arc_type(expanded.prevArc(i));
-    if (type == "IC")
-      record.ic_delay += unit.to_user(incr);
-    else
-      record.cell_delay += unit.to_user(incr);
+  sta::Edge *latch_edge = expanded.latchDataEdge();
+  ExpandedPath &launch_clock_path = cache.launch_clock_path();
+  launch_clock_path.clear();
+  if (src_edge && latch_edge != nullptr && expanded.size() > 1) {
+    sta::PathVertex enable;
+    sta->latches()->latchEnablePath(expanded.path(1), latch_edge, enable);
+    if (!enable.isNull())
+      launch_clock_path.expand(&enable, cache.prev_paths(), sta);
+    launch_index = 0;
+  } else if (src_edge && expanded.path(launch_index)->isClock(sta)) {
+    launch_clock_path.assign_prefix(expanded, launch_index + 1);
   }
+  const bool from_port = launch_clock_path.size() == 0;
+  // A path may start on a clock network pin itself (a generated clock's
+  // source register output feeding logic): that pin launches it.
+  const bool from_clock_pin =
+    !from_port && latch_edge == nullptr && start_index == launch_index;
+  if (from_clock_pin)
+    record.from_node = pin_display_name(sta, expanded.path(launch_index)->pin(sta));
+  const sta::ClkInfo *launch_info =
+    from_port ? expanded.path(launch_index)->clkInfo(sta)
+              : launch_clock_path.path(launch_clock_path.size() - 1)->clkInfo(sta);
+  const bool launch_propagated = launch_info && launch_info->isPropagated();
+  // Where the launch clock arrives: at the clock pin, or (for an input
+  // port) the clock's latency the input delay is counted from.
+  double launch_clock_time = src_edge_time;
+  if (src_edge && launch_info) {
+    if (!from_port && launch_propagated)
+      launch_clock_time =
+        launch_clock_path.path(launch_clock_path.size() - 1)->arrival(sta) + src_offset;
+    else
+      launch_clock_time = src_edge_time + launch_info->insertion() + launch_info->latency();
+  }
+  if (src_edge && tgt_edge)
+    record.clock_skew = unit.to_user(tgt_latency - (launch_clock_time - src_edge_time));
+  // The data delay is counted from the clock pin, or from the input port.
+  const double launch_time =
+    from_port ? expanded.path(launch_index)->arrival(sta) + src_offset : launch_clock_time;
+  record.data_delay = unit.to_user(end->dataArrivalTimeOffset(sta) - launch_time);
 
-  if (!with_points)
-    return record;
-  // One row per expanded point plus the clock edge and network rows.
-  record.arrival_points.reserve(expanded.size() + 2);
+  // The rows are built even without points, for the cell/interconnect split.
+  std::vector<PathPointRecord> &arrival_rows = record.arrival_points;
+  arrival_rows.clear();
+  arrival_rows.reserve(expanded.size() + launch_clock_path.size() + 4);
 
   auto point_row = [&](sta::PathRef *path, sta::TimingArc *arc, bool clock_path) {
     PathPointRecord row;
@@ -392,69 +486,85 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
     row.is_clock_path = clock_path;
     return row;
   };
+  auto clock_row = [](const char *text) {
+    PathPointRecord row;
+    row.element = text;
+    row.type = "clock";
+    row.is_clock_path = true;
+    return row;
+  };
 
   // Data arrival: launch edge, clock network, data path.
+  size_t launch_row = 0;
   {
-    std::vector<PathPointRecord> &rows = record.arrival_points;
+    std::vector<PathPointRecord> &rows = arrival_rows;
     double last = 0;
-    bool propagated = false;
+    double folded_wires = 0;
+    size_t first_data = 0;
     if (src_edge) {
-      PathPointRecord edge_row;
-      edge_row.element = edge_text(src_edge);
-      edge_row.type = "clock";
-      edge_row.is_clock_path = true;
-      add_row(rows, last, unit.to_user(src_edge_time), edge_row);
-      const sta::ClkInfo *clk_info = expanded.path(launch_index)->clkInfo(sta);
-      propagated = clk_info && clk_info->isPropagated();
-    }
-    size_t first = 0;
-    if (src_edge && !propagated) {
-      // Ideal clocks: one row for the network delay, then the launch point.
-      double launch_total = unit.to_user(launch_arrival);
-      sta::PathRef *launch = expanded.path(launch_index);
-      bool from_port = !launch->isClock(sta);
+      add_row(rows, last, unit.to_user(src_edge_time), clock_row(edge_text(src_edge).c_str()));
       if (from_port) {
-        PathPointRecord latency_row;
-        latency_row.element = "clock network delay (ideal)";
-        latency_row.type = "clock";
-        latency_row.is_clock_path = true;
-        add_row(rows, last, unit.to_user(src_edge_time + src_latency), latency_row);
+        add_row(rows, last, unit.to_user(launch_clock_time),
+                clock_row(launch_propagated ? "clock network delay (propagated)"
+                                            : "clock network delay (ideal)"));
         PathPointRecord ext_row;
         ext_row.element = "input external delay";
         ext_row.type = "iExt";
-        add_row(rows, last, launch_total, ext_row);
+        ext_row.rise_fall = rise_fall_of(expanded.path(launch_index)->transition(sta));
+        add_row(rows, last, unit.to_user(launch_time), ext_row);
+        launch_row = rows.size();
+        add_row(rows, last, unit.to_user(launch_time),
+                point_row(expanded.path(launch_index), nullptr, false));
+      } else if (!launch_propagated && from_clock_pin) {
+        if (launch_clock_time != src_edge_time)
+          add_row(rows, last, unit.to_user(launch_clock_time), clock_row("clock source latency"));
+        launch_row = rows.size();
+        add_row(rows, last, unit.to_user(launch_clock_time),
+                point_row(launch_clock_path.path(launch_clock_path.size() - 1), nullptr, true));
+      } else if (!launch_propagated) {
+        add_row(rows, last, unit.to_user(launch_clock_time),
+                clock_row("clock network delay (ideal)"));
+        launch_row = rows.size();
+        add_row(rows, last, unit.to_user(launch_clock_time),
+                point_row(launch_clock_path.path(launch_clock_path.size() - 1), nullptr, true));
       } else {
-        PathPointRecord latency_row;
-        latency_row.element = "clock network delay (ideal)";
-        latency_row.type = "clock";
-        latency_row.is_clock_path = true;
-        add_row(rows, last, launch_total, latency_row);
+        add_clock_network(rows, last, launch_clock_path, unit.to_user(launch_clock_time), cache,
+                          sta, unit);
+        launch_row = rows.size() - 1;
       }
-      add_row(rows, last, launch_total, point_row(launch, nullptr, !from_port));
-      first = launch_index + 1;
-    } else if (src_edge && !expanded.path(launch_index)->isClock(sta)) {
-      // Propagated clock on an input port: the external delay comes first.
-      PathPointRecord ext_row;
-      ext_row.element = "input external delay";
-      ext_row.type = "iExt";
-      add_row(rows, last, unit.to_user(launch_arrival), ext_row);
-      add_row(rows, last, unit.to_user(launch_arrival),
-              point_row(expanded.path(launch_index), nullptr, false));
-      first = launch_index + 1;
+      first_data = launch_index + 1;
+      if (latch_edge != nullptr && !from_port) {
+        // The data reached the open latch after its enable: the time given
+        // to the start point, then the latch's data input.
+        const double data_in = unit.to_user(expanded.path(0)->arrival(sta) + src_offset);
+        PathPointRecord given;
+        given.element = data_in >= rows.back().total ? "time given to startpoint"
+                                                      : "time borrowed from startpoint";
+        given.type = "borrow";
+        add_row(rows, last, data_in, given);
+        add_row(rows, last, data_in, point_row(expanded.path(0), nullptr, false));
+        first_data = 1;
+      }
     }
-    for (size_t i = first; i < expanded.size(); i++) {
+    for (size_t i = first_data; i < expanded.size(); i++) {
       sta::PathRef *path = expanded.path(i);
-      sta::TimingArc *arc = i == first && first == 0 ? nullptr : expanded.prevArc(i);
-      bool clock_path = i <= launch_index && path->isClock(sta);
+      sta::TimingArc *arc = i == 0 ? nullptr : expanded.prevArc(i);
       // Without routing a load pin of the data path is left out when a cell
       // arc follows it; its wire delay then counts in the next row, whose
       // increment is taken from the totals.
-      if (!with_routing && !clock_path && i > launch_index && i + 1 < expanded.size() &&
-          arc_type(arc) == "IC" && arc_type(expanded.prevArc(i + 1)) != "IC")
+      if (!with_routing && i + 1 < expanded.size() && arc_type(arc) == "IC" &&
+          arc_type(expanded.prevArc(i + 1)) != "IC") {
+        folded_wires += unit.to_user(path->arrival(sta) - expanded.path(i - 1)->arrival(sta));
         continue;
+      }
       double total = unit.to_user(path->arrival(sta) + src_offset);
-      add_row(rows, last, total, point_row(path, arc, clock_path));
+      add_row(rows, last, total, point_row(path, arc, false));
     }
+    // Cell and interconnect delay of the data path (after the launch point).
+    for (size_t i = launch_row + 1; i < rows.size(); i++)
+      (rows[i].type == "IC" ? record.ic_delay : record.cell_delay) += rows[i].incr;
+    record.ic_delay += folded_wires;
+    record.cell_delay -= folded_wires;
     PathPointRecord arrival_row;
     arrival_row.element = "data arrival time";
     add_row(rows, last, record.arrival, arrival_row);
@@ -462,74 +572,53 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
     rows.back().incr = 0;
   }
 
+  if (!with_points) {
+    record.arrival_points.clear();
+    return record;
+  }
+
   // Data required: capture edge, capture clock network, check.
   {
     std::vector<PathPointRecord> &rows = record.required_points;
     double last = 0;
     if (tgt_edge) {
-      PathPointRecord edge_row;
-      edge_row.element = edge_text(tgt_edge);
-      edge_row.type = "clock";
-      edge_row.is_clock_path = true;
-      double edge_total = unit.to_user(tgt_edge_time + end->targetClkMcpAdjustment(sta));
-      add_row(rows, last, edge_total, edge_row);
+      add_row(rows, last, unit.to_user(tgt_base), clock_row(edge_text(tgt_edge).c_str()));
       const sta::PathVertex *tgt_path = end->targetClkPath();
       bool propagated = false;
       if (tgt_path && !tgt_path->isNull()) {
         const sta::ClkInfo *clk_info = tgt_path->clkInfo(sta);
         propagated = clk_info && clk_info->isPropagated();
       }
-      const double tgt_base = tgt_edge_time + end->targetClkMcpAdjustment(sta);
-      if (tgt_path && !tgt_path->isNull() && propagated) {
+      const double clock_total = unit.to_user(tgt_base + tgt_latency);
+      const bool has_clock_path = tgt_path && !tgt_path->isNull();
+      if (has_clock_path && propagated) {
         ExpandedPath &tgt_expanded = cache.clock_path();
         tgt_expanded.expand(tgt_path, cache.prev_paths(), sta);
-        double edge_arrival = tgt_expanded.size() ? tgt_expanded.path(0)->arrival(sta) : 0.0;
-        for (size_t i = 0; i < tgt_expanded.size(); i++) {
-          sta::PathRef *path = tgt_expanded.path(i);
-          double total = unit.to_user(tgt_base + path->arrival(sta) - edge_arrival);
-          add_row(rows, last, total, point_row(path, i ? tgt_expanded.prevArc(i) : nullptr, true));
-        }
-        // Clock source latency and ideal latency are not arrivals of the
-        // expanded points; they show as the increment of the first point so
-        // that the capture pin lands on the edge plus the clock's delay.
-        if (!rows.empty()) {
-          double clk_total = unit.to_user(tgt_base + tgt_latency);
-          double shift = clk_total - rows.back().total;
-          if (std::fabs(shift) > 1e-9) {
-            for (size_t i = 1; i < rows.size(); i++)
-              rows[i].total += shift;
-            rows[1].incr += shift;
-            last = rows.back().total;
-          }
-        }
+        add_clock_network(rows, last, tgt_expanded, clock_total, cache, sta, unit);
       } else {
-        PathPointRecord latency_row;
-        latency_row.element = "clock network delay (ideal)";
-        latency_row.type = "clock";
-        latency_row.is_clock_path = true;
-        add_row(rows, last, unit.to_user(tgt_base + tgt_latency), latency_row);
-        if (tgt_path && !tgt_path->isNull()) {
-          sta::PathRef ref;
-          tgt_path->setRef(ref);
-          add_row(rows, last, last, point_row(&ref, nullptr, true));
-        }
+        // An output delay has no clock pin; its clock may still be propagated.
+        propagated = !has_clock_path && tgt_clk && tgt_clk->isPropagated();
+        add_row(rows, last, clock_total,
+                clock_row(propagated ? "clock network delay (propagated)"
+                                     : "clock network delay (ideal)"));
       }
       double crpr = end->commonClkPessimism(sta);
       if (crpr != 0.0) {
-        PathPointRecord crpr_row;
-        crpr_row.element = "clock reconvergence pessimism";
-        crpr_row.type = "clock";
+        PathPointRecord crpr_row = clock_row("clock reconvergence pessimism");
         double signed_crpr = analysis_is_max(analysis) ? crpr : -crpr;
         add_row(rows, last, last + unit.to_user(signed_crpr), crpr_row);
       }
       double uncertainty = end->targetClkUncertainty(sta);
       if (uncertainty != 0.0) {
-        PathPointRecord unc_row;
-        unc_row.element = "clock uncertainty";
-        unc_row.type = "clock";
         // OpenSTA gives the uncertainty signed for the check's direction
         // (earlier for setup, later for hold).
-        add_row(rows, last, last + unit.to_user(uncertainty), unc_row);
+        add_row(rows, last, last + unit.to_user(uncertainty), clock_row("clock uncertainty"));
+      }
+      if (has_clock_path && !propagated) {
+        // An ideal clock pin comes after the adjustments of the edge.
+        sta::PathRef ref;
+        tgt_path->setRef(ref);
+        add_row(rows, last, last, point_row(&ref, nullptr, true));
       }
     }
     PathPointRecord check_row;
@@ -537,7 +626,13 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
     check_row.type = analysis_is_max(analysis) ? "uTsu" : "uTh";
     if (end->isOutputDelay())
       check_row.type = "oExt";
-    if (!end->isOutputDelay() && !end->isPathDelay()) {
+    if (end->checkRole(sta) == sta::TimingRole::latchSetup() && end->borrow(sta) != 0.0) {
+      // An open latch captures late: the time it lends the path replaces
+      // the setup time.
+      check_row.element = end->borrow(sta) > 0 ? "time borrowed from endpoint"
+                                               : "time given to endpoint";
+      check_row.type = "borrow";
+    } else if (!end->isOutputDelay() && !end->isPathDelay()) {
       check_row.location = cache.pin(end_pin).location;
     }
     add_row(rows, last, record.required, check_row);

@@ -84,6 +84,8 @@ public:
   // Storage reused from path to path.
   ExpandedPath &data_path() { return m_data_path; }
   ExpandedPath &clock_path() { return m_clock_path; }
+  ExpandedPath &launch_clock_path() { return m_launch_clock_path; }
+  ExpandedPath &source_clock_path() { return m_source_clock_path; }
 
 private:
   PinInfo make_info(const sta::Pin *pin) const;
@@ -98,6 +100,8 @@ private:
   PrevPathCache m_prev_paths;
   ExpandedPath m_data_path;
   ExpandedPath m_clock_path;
+  ExpandedPath m_launch_clock_path;
+  ExpandedPath m_source_clock_path;
 };
 
 // The record of one path end (exposed for tests and for other reports).

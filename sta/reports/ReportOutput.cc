@@ -54,6 +54,8 @@ ReportOutput::ReportOutput(Engine &engine, const ReportArgs &args, std::string d
   m_panel = args.has("-panel_name") ? args.value("-panel_name") : default_panel;
   if (args.has("-panel_name") || !m_panel.empty())
     check_panel_name(m_panel);
+  if (args.has("-append") && !args.has("-file"))
+    throw ReportError(command + ": -append needs -file (the text file to append to).");
   if (args.has("-file")) {
     m_file = args.value("-file");
     if (m_file.empty())

@@ -17,6 +17,8 @@
 #include "Machine.hh"
 #include "Sta.hh"
 
+#include <chrono>
+#include <cstdio>
 #include <fstream>
 #include <regex>
 #include <sstream>
@@ -258,6 +260,16 @@ int report_timing(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
   // With only a panel to write, paths go straight from the search into the
   // panel; text needs them twice (summary first), so they are kept.
   if (!output.panel_name().empty() && !output.has_text()) {
+    // Where the time goes, for the benchmark: set ::vexa::report_profile to
+    // 1 and each such report posts its split.
+    using Clock = std::chrono::steady_clock;
+    auto seconds = [](Clock::time_point from, Clock::time_point to) {
+      return std::chrono::duration<double>(to - from).count();
+    };
+    const Clock::time_point start = Clock::now();
+    Clock::time_point walked = start;
+    double searching = 0, writing = 0;
+    size_t total = 0;
     // A failure inside (a bad name) drops the panel uncommitted.
     output.write(
       [&](RDB_PANEL_WRITER &panel) {
@@ -267,18 +279,37 @@ int report_timing(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
           if (several)
             panel.add_folder(options.folder);
           PathPanelWriter writer(&panel, nullptr, options);
-          size_t total = 0, done = 0;
+          size_t count = 0, done = 0;
+          const Clock::time_point begun = Clock::now();
           for_each_timing_path(
-            sta, query_for(analyses[k]), [&](size_t count) { total = count; },
+            sta, query_for(analyses[k]),
+            [&](size_t found) {
+              count = found;
+              total += found;
+              searching += seconds(begun, Clock::now());
+            },
             [&](const TimingPathRecord &path) {
+              const Clock::time_point before = Clock::now();
               writer.add(path);
-              if (total > 100 && ++done % (total / 10) == 0)
+              writing += seconds(before, Clock::now());
+              if (count > 100 && ++done % (count / 10) == 0)
                 engine.progress(
-                  static_cast<int>((100 * k + 100 * done / total) / analyses.size()));
+                  static_cast<int>((100 * k + 100 * done / count) / analyses.size()));
             });
         }
+        walked = Clock::now();
       },
       [](std::ostream &) {});
+    const char *profile = Tcl_GetVar(engine.interp(), "::vexa::report_profile", TCL_GLOBAL_ONLY);
+    if (profile && std::string(profile) == "1") {
+      char text[256];
+      std::snprintf(text, sizeof text,
+                    "report_timing: %zu paths; search %.3f s, path records %.3f s, database rows "
+                    "%.3f s, commit %.3f s",
+                    total, searching, seconds(start, walked) - searching - writing, writing,
+                    seconds(walked, Clock::now()));
+      engine.post(MessageKind::info, "VSTA-1510", text);
+    }
     return TCL_OK;
   }
   std::vector<std::vector<TimingPathRecord>> paths;

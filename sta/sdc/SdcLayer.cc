@@ -138,6 +138,17 @@ proc ::vexa::uncertainty_targets {arglist} {
   return $arglist
 }
 
+# OpenSTA takes a delay relative to an unknown clock as an unclocked one.
+proc ::vexa::require_clock {name arglist} {
+  set at [lsearch -exact $arglist -clock]
+  if {$at < 0 || $at + 1 >= [llength $arglist]} { return }
+  set clock [lindex $arglist [incr at]]
+  if {[is_collection $clock]} { return }
+  if {[$::vexa::orig(get_clocks) -quiet $clock] eq ""} {
+    error "$name: no clock named \"$clock\""
+  }
+}
+
 proc ::vexa::sdc_apply {name saved arglist} {
   ::vexa::require_netlist $name
   ::vexa::check_numbers $name $arglist
@@ -147,10 +158,22 @@ proc ::vexa::sdc_apply {name saved arglist} {
       set effective [normalise_thru $arglist]
     }
     set_clock_uncertainty { set effective [uncertainty_targets $arglist] }
+    set_input_delay - set_output_delay { require_clock $name $arglist }
   }
   set result [$saved {*}$effective]
+  if {$name eq "set_clock_groups"} { refresh_clock_groups }
   ::vexa::constraint_applied [sdc_line $name $arglist]
   return $result
+}
+
+# OpenSTA works out which clocks exclude each other once, when timing is
+# first updated, and forgets that only when a group is removed: adding and
+# removing a group of its own makes the next update see the new groups.
+proc ::vexa::refresh_clock_groups {} {
+  set clocks [all_clocks]
+  if {$clocks eq ""} { return }
+  $::vexa::orig(set_clock_groups) -asynchronous -name __vexa_refresh -group [lindex $clocks 0]
+  $::vexa::orig(unset_clock_groups) -asynchronous -name __vexa_refresh
 }
 
 # Every SDC command that OpenSTA applies (its "not supported" and "ignored"
@@ -227,14 +250,17 @@ proc ::vexa::generated_clock {name saved arglist} {
     if {$duty <= 0 || $duty >= 100} {
       error "create_generated_clock: -duty_cycle must lie between 0 and 100"
     }
-    if {$master ne ""} {
+    if {[is_collection $master]} {
+      set clocks $master
+    } elseif {$master ne ""} {
       set clocks [$::vexa::orig(get_clocks) -quiet $master]
     } else {
-      set clocks [all_clocks]
+      set at [lsearch -exact $rest -source]
+      set clocks [expr {$at < 0 ? {} : [source_clocks [lindex $rest [incr at]]]}]
     }
     if {[llength $clocks] != 1} {
-      error "create_generated_clock: -phase, -offset and -duty_cycle need one master clock\
-             (give -master_clock)"
+      error "create_generated_clock: -phase, -offset and -duty_cycle need one master clock on\
+             the -source pin (give -master_clock)"
     }
     set clock [lindex $clocks 0]
     set period [sta::time_sta_ui [$clock period]]
@@ -262,6 +288,25 @@ proc ::vexa::generated_clock {name saved arglist} {
   return $result
 }
 ::vexa::wrap create_generated_clock ::vexa::generated_clock
+
+# The clocks defined on the pins or ports of a -source value (names or handles).
+proc ::vexa::source_clocks {source} {
+  if {[is_collection $source]} {
+    set wanted [names $source]
+  } else {
+    set wanted $source
+  }
+  set clocks {}
+  foreach clock [all_clocks] {
+    foreach pin [$clock sources] {
+      if {[get_full_name $pin] in $wanted} {
+        lappend clocks $clock
+        break
+      }
+    }
+  }
+  return $clocks
+}
 
 # remove_clock -name NAME | -all
 proc ::remove_clock args {

@@ -28,7 +28,8 @@ protected:
       panel.add_text("Rich", "<b>kept</b>", true);
       RDB_TABLE_WRITER table = panel.add_tcl_table("Table", {NASTY}, {{NASTY, "cmd %{0}"}});
       table.add_row({NASTY});
-      panel.add_histogram("Histogram", "Slack", "Paths", 1000, "ns", {{-500, 0, 3, 0x123456}});
+      panel.add_histogram("Histogram", "Slack", "Paths", 1000, "ns",
+                          {{-500, 0, 3, 0x123456}, {0, 100000, 1, RDB_NO_COLOR}});
       panel.add_embedded("Embedded", 9, NASTY);
       panel.add_path("Path", -0.5, true);
       panel.add_path_table("Path", RDB_PATH_PART::SUMMARY, {"P"}).add_row({"v"});
@@ -60,6 +61,17 @@ TEST_F(RDB_RENDER_TEST, TextRenderingOfAFolderShowsEveryKindUnderItsHeading) {
                                "; From (ns) ; To (ns) ; Count ;", "; -0.5      ; 0       ; 3     ;",
                                "Embedded object of type 9", "Path Delay Stats"})
     EXPECT_NE(text.find(expected), std::string::npos) << expected << "\nin:\n" << text;
+}
+
+TEST_F(RDB_RENDER_TEST, HistogramEdgesAreStoredAsPlainNumbers) {
+  RDB_OBJECT* panel = m_report->find_object("Odd " + NASTY);
+  RDB_TABLE_OBJECT* histogram = nullptr;
+  for (int i = 0; i < panel->get_number_of_children(); i++)
+    if (panel->get_child(i)->get_name() == "Histogram")
+      histogram = dynamic_cast<RDB_TABLE_OBJECT*>(panel->get_child(i));
+  ASSERT_TRUE(histogram);
+  EXPECT_EQ(histogram->get_data(1, 0), "-500");
+  EXPECT_EQ(histogram->get_data(2, 1), "100000");
 }
 
 TEST_F(RDB_RENDER_TEST, HtmlRenderingEscapesDatabaseTextAndKeepsHtmlTextObjects) {

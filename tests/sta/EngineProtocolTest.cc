@@ -157,6 +157,12 @@ TEST_F(EngineSession, ConstraintsInEveryFormAreAcceptedMarkTheNetlistStaleAndAre
     {"remove_clock -name g4", "\"g4\" -remove", false},
     {"create_generated_clock -name half -master_clock clk -source clk -divide_by 2 -offset 1 u3/Y",
      "\"half\"", false},
+    // With several clocks about, the master is the one on the -source pin,
+    // and -master_clock may be given as a clock object.
+    {"create_generated_clock -name g5 -source clk -divide_by 2 -phase 45 -add u3/Y", "\"g5\"",
+     false},
+    {"create_generated_clock -name g6 -master_clock [get_clocks clk] -source [get_ports clk] "
+     "-divide_by 2 -duty_cycle 40 -add u3/Y", "\"g6\"", false},
     {"set_clock_latency -source 1 clk", nullptr, false},
     {"set_clock_latency -clock clk -source -late -fall 0.5 [get_ports clk]", nullptr, false},
     {"set_clock_uncertainty -setup 0.1", nullptr, false},
@@ -194,6 +200,15 @@ TEST_F(EngineSession, ConstraintsInEveryFormAreAcceptedMarkTheNetlistStaleAndAre
   Lines unknown = engine.command("remove_clock -name nosuch");
   ASSERT_EQ(lines_starting(unknown, "msg_post 0 error").size(), 1u) << joined(unknown);
   EXPECT_NE(unknown[0].find("nosuch"), std::string::npos);
+  // A delay relative to a clock that does not exist is refused, not taken
+  // as an unclocked delay.
+  for (const char *command : {"set_input_delay 1 -clock nosuch [get_ports a]",
+                              "set_output_delay -clock nosuch 1 {q[1]}"}) {
+    Lines refused = engine.command(command);
+    ASSERT_EQ(lines_starting(refused, "msg_post 0 error").size(), 1u) << joined(refused);
+    EXPECT_NE(refused[0].find("no clock named \\\"nosuch\\\""), std::string::npos) << refused[0];
+    EXPECT_TRUE(callbacks(refused).empty()) << command;
+  }
   std::string sdc = project.path("all.sdc");
   engine.command("write_sdc \"" + sdc + "\"");
   std::string text = file_text(sdc);
@@ -387,6 +402,12 @@ TEST_F(EngineSession, CollectionsAcceptTheNameFinderOptionsAndPrintAsNames)
   EXPECT_EQ(names("[get_nets n*]"), (Lines{"n1", "n2"}));
   EXPECT_EQ(names("[get_nodes u2/*]"), (Lines{"u2/A", "u2/Y"}));
   EXPECT_TRUE(names("[get_keepers nothing*]").empty());
+  // Brackets belong to bus names, with and without -no_case.
+  EXPECT_EQ(names("[get_keepers {q[0]}]"), (Lines{"q[0]"}));
+  EXPECT_EQ(names("[get_nodes {q[1]}]"), (Lines{"q[1]"}));
+  EXPECT_EQ(names("[get_keepers -no_case {Q[0] R1/C*}]"), (Lines{"q[0]", "r1/CLK"}));
+  EXPECT_EQ(names("[get_ports -no_case {Q[1]}]"), (Lines{"q[1]"}));
+  EXPECT_EQ(names("[get_nodes {q\\[1\\]}]"), (Lines{"q[1]"}));
   // A collection returned to the console shows names, not handles.
   EXPECT_EQ(hidden_texts(engine.command("get_cells r*")), Lines{"r1 r2"});
   EXPECT_EQ(hidden_texts(engine.command("query_collection [get_ports {a b}]")), Lines{"a b"});
@@ -447,6 +468,17 @@ TEST_F(EngineSession, SettingsConvertToClockConstraints)
   std::string text = file_text(project.path("chip_vsf.sdc"));
   EXPECT_NE(text.find("create_clock -name sys -period 8 -waveform {0 4} [get_ports {clk}]"),
             std::string::npos) << text;
+}
+
+TEST_F(EngineSession, ClockRequirementsOnPortsTheNetlistLacksAreWarnedOf)
+{
+  std::ofstream(project.path("chip.vsf"), std::ios::app) << "clock_requirement = ghost nosuch 5\n";
+  engine.command("project_open \"" + project.vpf() + "\"");
+  engine.command("create_timing_netlist");
+  Lines convert = engine.command("execute_module -tool sta -args --vsf2sdc");
+  Lines warnings = lines_starting(convert, "msg_post 0 warning VSTA-1211 ");
+  ASSERT_EQ(warnings.size(), 1u) << joined(convert);
+  EXPECT_NE(warnings[0].find("clock_requirement ghost names port nosuch"), std::string::npos);
 }
 
 TEST_F(EngineSession, InterruptStopsARunawayCommand)

@@ -407,6 +407,8 @@ INSTANTIATE_TEST_SUITE_P(
     BadCommand{"report_timing -panel_name {a \"quoted\" name}", "double quotes"},
     BadCommand{"report_timing -panel_name {a||b}", "\"||\""},
     BadCommand{"report_timing -panel_name {}", "may not be empty"},
+    BadCommand{"report_timing -append -panel_name P", "-append needs -file"},
+    BadCommand{"report_clocks -append -stdout", "-append needs -file"},
     BadCommand{"create_slack_histogram -clock_name nosuch", "no clock matches"},
     BadCommand{"create_slack_histogram -clock_name sys_clk -num_bins 0", "-num_bins"},
     BadCommand{"create_slack_histogram -clock_name sys_clk -min_slack 2 -max_slack 1",
