@@ -470,7 +470,10 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
     from_port ? expanded.path(launch_index)->arrival(sta) + src_offset : launch_clock_time;
   record.data_delay = unit.to_user(end->dataArrivalTimeOffset(sta) - launch_time);
 
-  // The rows are built even without points, for the cell/interconnect split.
+  // Without points (a summary) neither the tables nor the cell/interconnect
+  // split, which is taken from the arrival rows, are shown.
+  if (!with_points)
+    return record;
   std::vector<PathPointRecord> &arrival_rows = record.arrival_points;
   arrival_rows.clear();
   arrival_rows.reserve(expanded.size() + launch_clock_path.size() + 4);
@@ -570,11 +573,6 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
     add_row(rows, last, record.arrival, arrival_row);
     // The closing row repeats the last total; its increment is not a delay.
     rows.back().incr = 0;
-  }
-
-  if (!with_points) {
-    record.arrival_points.clear();
-    return record;
   }
 
   // Data required: capture edge, capture clock network, check.

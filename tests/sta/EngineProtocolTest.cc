@@ -159,7 +159,7 @@ TEST_F(EngineSession, ConstraintsInEveryFormAreAcceptedMarkTheNetlistStaleAndAre
      "\"half\"", false},
     // With several clocks about, the master is the one on the -source pin,
     // and -master_clock may be given as a clock object.
-    {"create_generated_clock -name g5 -source clk -divide_by 2 -phase 45 -add u3/Y", "\"g5\"",
+    {"create_generated_clock -name g5 -source clk -divide_by 2 -phase 45 r2/Q", "\"g5\"",
      false},
     {"create_generated_clock -name g6 -master_clock [get_clocks clk] -source [get_ports clk] "
      "-divide_by 2 -duty_cycle 40 -add u3/Y", "\"g6\"", false},
