@@ -191,7 +191,7 @@ int main(int argc, char **argv)
            << " -panel_name {Report Timing}}\n"
            << "bench_time summary {report_timing -npaths " << count
            << " -summary -panel_name {Report Timing Summary}}\n"
-           << "bench_time histogram {create_slack_histogram -clock_name clk -num_bins 100000 "
+           << "bench_time histogram {create_slack_histogram -clock_name clk -num_bins 10000 "
               "-panel_name {Slack Histogram}}\n"
            << "bench_time text {report_timing -npaths " << count << " -file /dev/null}\n";
   }
@@ -245,7 +245,7 @@ int main(int argc, char **argv)
   print_ratio("vexa_sta report_timing as text", ours["text"], theirs["report"]);
   std::printf("%-34s %8.3f s wall %8.3f s cpu\n", "vexa_sta -summary to a panel",
               ours["summary"].wall, ours["summary"].cpu);
-  std::printf("%-34s %8.3f s wall %8.3f s cpu\n", "vexa_sta 100,000-bin histogram",
+  std::printf("%-34s %8.3f s wall %8.3f s cpu\n", "vexa_sta 10,000-bin histogram",
               ours["histogram"].wall, ours["histogram"].cpu);
   std::error_code ignored;
   std::uintmax_t size = fs::file_size(dir + "/vexa_db/bench.sta.rdb", ignored);
