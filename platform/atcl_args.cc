@@ -169,7 +169,11 @@ int ATCL_ARGS::process_tcl_command_arguments(const ATCL_CMD* cmd, bool* help_sho
       }
       if (matches > 1 && record == nullptr)
         return fail(cmd, "option \"" + std::string(word) + "\" is ambiguous: " + candidates);
-      if (next_positional >= positionals.size()) return fail(cmd, "unknown option \"" + std::string(word) + "\"");
+      // A word with a dash goes to a positional argument only as a negative
+      // number (a delay of -0.5); any other is a misspelt or unknown option.
+      double number;
+      if (next_positional >= positionals.size() || Tcl_GetDouble(nullptr, word, &number) != TCL_OK)
+        return fail(cmd, "unknown option \"" + std::string(word) + "\"");
     }
     if (next_positional >= positionals.size())
       return fail(cmd, "too many arguments: \"" + std::string(word) + "\" is not expected");

@@ -32,6 +32,12 @@ int msg_unattended_answer(MSG_BOX_KIND box) {
   }
 }
 
+// A question entry whose kind letters are "YNC" offers Cancel besides Yes and No.
+bool msg_question_may_be_cancelled(const char* entry) {
+  const char* slash = entry ? std::strrchr(entry, '/') : nullptr;
+  return slash != nullptr && std::strncmp(slash + 1, "YNC", 3) == 0;
+}
+
 }  // namespace
 
 MSG_CATALOGUE_ENTRY MSG_CATALOGUE_ENTRY::parse(const char* entry) {
@@ -42,11 +48,13 @@ MSG_CATALOGUE_ENTRY MSG_CATALOGUE_ENTRY::parse(const char* entry) {
     result.text = entry;
     return result;
   }
-  // The two-letter kinds first: "CO" and "YN" must not be read as "C..." or "Y...".
+  // The longer kinds first: "YNC" (a question that may be cancelled, answered
+  // like "YN" or with Cancel) must not be read as "YN", nor "CO" and "YN" as
+  // "C..." or "Y...".
   static const struct {
     const char* letters;
     MSG_BOX_KIND box;
-  } k_kinds[] = {{"YN", MSG_BOX_KIND::YES_NO},     {"CO", MSG_BOX_KIND::CONFIRM},
+  } k_kinds[] = {{"YNC", MSG_BOX_KIND::YES_NO}, {"YN", MSG_BOX_KIND::YES_NO},     {"CO", MSG_BOX_KIND::CONFIRM},
                  {"O", MSG_BOX_KIND::OK},          {"I", MSG_BOX_KIND::INFORMATION},
                  {"E", MSG_BOX_KIND::ERROR}};
   const char* suffix = slash + 1;
@@ -122,7 +130,8 @@ int msg_show_catalogue_message(const char* entry, const char* insert) {
       break;
     case MSG_BOX_KIND::YES_NO:
       box.setIcon(QMessageBox::Question);
-      box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+      box.setStandardButtons(QMessageBox::Yes | QMessageBox::No |
+                             (msg_question_may_be_cancelled(entry) ? QMessageBox::Cancel : QMessageBox::NoButton));
       box.setDefaultButton(QMessageBox::Yes);
       break;
     case MSG_BOX_KIND::CONFIRM:

@@ -204,7 +204,9 @@ void LUM_CONSOLE_CTRL::run_next_command() {
 
   command += '\n';
   if (command == "clear\n") {
+    // Busy already: the blank line's prompt ends this command.
     clear();
+    write_to_kro(" \n");
   } else if (command == "exit\n") {
     set_kro_is_busy(false);
     if (LUM_FRAME_IFACE* frame = lum_get_frame()) frame->post_close_request();
@@ -269,6 +271,17 @@ std::string LUM_CONSOLE_CTRL::history_oldest() {
 void LUM_CONSOLE_CTRL::clear() {
   m_model.clear();
   emit console_cleared();
+  // Every prompt the engine prints must end exactly one command. While a
+  // command runs (the typed "clear" is one) its own prompt makes the fresh
+  // row; while the engine waits for the rest of a command, a blank line
+  // would become part of it, so the row is made here. Otherwise the blank
+  // line is a command of its own: the console is busy until its prompt.
+  if (m_busy) return;
+  if (m_awaiting_continuation || !is_kro_running()) {
+    m_model.add_prompt_row(m_awaiting_continuation ? LUM_KRO_OUTPUT_TCL_CONT_PROMPT : LUM_KRO_OUTPUT_TCL_PROMPT);
+    return;
+  }
+  set_kro_is_busy(true);
   write_to_kro(" \n");
 }
 

@@ -158,7 +158,13 @@ void LUM_IPC_OBJECT::process_line(const std::string& line) {
       m_forward = true;
       m_idle.post();
     } else if (starts_with(line, "echo_stdout ", 12)) {
-      m_line_buffer = "lum_echo_stdout ";
+      m_line_buffer = "lum_echo_stdout";
+      // A text that could read as an option ("-h", "{-x}") is marked as the
+      // text after "--", so that the command shows it instead of its help.
+      const size_t word = line.size() > 12 && line[12] == ' ' ? 13 : 12;
+      const bool quoted = word < line.size() && (line[word] == '{' || line[word] == '\\');
+      if (word + (quoted ? 1 : 0) < line.size() && line[word + (quoted ? 1 : 0)] == '-') m_line_buffer += " --";
+      m_line_buffer += ' ';
       m_line_buffer.append(line, 12, std::string::npos);
       m_forward = true;
     } else if (starts_with(line, "report_status ", 14)) {

@@ -7,7 +7,8 @@
 //   "msg_internal_error 0 ..." -> "msg_internal_error <target> ..."  (engine internal error)
 //   "tcl> "                    -> "lum_tcl_prompt"
 //   "> "                       -> "lum_tcl_cont_prompt"
-//   "echo_stdout X"            -> "lum_echo_stdout X"
+//   "echo_stdout X"            -> "lum_echo_stdout X" ("lum_echo_stdout -- X"
+//                                 when the text begins with "-")
 //   "report_status N"          -> "lum_report_status N%"
 //   "lum_..."                  -> forwarded as it stands
 //   anything else              -> dropped (debug message)

@@ -760,7 +760,7 @@ bool LUM_DETACHED_FRAME::open_project(const char* path) {
     msg_show_catalogue_message(plan.error_entry, plan.error_insert.c_str());
     return false;
   }
-  if (m_project_is_open == '1') close_project();
+  if (m_project_is_open == '1' && !close_project()) return false;
   if (plan.create_project_file && !lum_create_project_file_for_revision(plan.project_path, plan.revision)) {
     msg_show_catalogue_message(LUM_MSG_CANT_CREATE_PROJECT, plan.project_path.c_str());
     return false;
@@ -809,13 +809,16 @@ void LUM_DETACHED_FRAME::sta_opened_a_project(const std::string& vpf, const std:
   emit project_changed();
 }
 
-void LUM_DETACHED_FRAME::close_project() {
-  if (m_console == nullptr || !m_console->is_kro_running()) return;
+bool LUM_DETACHED_FRAME::close_project() {
+  if (m_console == nullptr || !m_console->is_kro_running()) return true;
   if (m_sdc_needs_saving) {
-    if (msg_show_catalogue_message(LUM_MSG_PROMPT_TO_WRITE_SDC) == MSG_ANSWER_YES) write_sdc(true);
+    const int answer = msg_show_catalogue_message(LUM_MSG_PROMPT_TO_WRITE_SDC);
+    // Cancel, or a file dialog given up after Yes, keeps the project open.
+    if (answer == MSG_ANSWER_CANCEL || (answer == MSG_ANSWER_YES && !write_sdc(true))) return false;
     m_sdc_needs_saving = false;
   }
   run_engine_command("project_close");
+  return true;
 }
 
 void LUM_DETACHED_FRAME::sta_close_project() { run_engine_command("project_close"); }
@@ -839,10 +842,15 @@ void LUM_DETACHED_FRAME::sta_closed_a_project() {
 }
 
 void LUM_DETACHED_FRAME::update_frame_title() {
+  // The window system writes the application's display name after every
+  // title but one equal to it; the product name is written here only when
+  // the display name is another one, so that it never shows twice.
+  const bool named_by_window_system = QGuiApplication::applicationDisplayName() == PROGRAM_NAME;
   QString title = PROGRAM_NAME;
   if (project_recorded()) {
-    title += " - " + QString::fromStdString(lum_path_directory(m_project_path) + lum_path_base_name(m_project_path));
-    title += " - " + QString::fromStdString(m_revision);
+    const QString project = QString::fromStdString(lum_path_directory(m_project_path) + lum_path_base_name(m_project_path)) +
+                            " - " + QString::fromStdString(m_revision);
+    title = named_by_window_system ? project : title + " - " + project;
   }
   setWindowTitle(title);
 }
@@ -870,6 +878,8 @@ bool LUM_DETACHED_FRAME::write_sdc(bool closing) {
   const std::string path = lum_ask_file(this, request);
   if (path.empty()) return false;
   run_engine_command(lum_write_sdc_command(path));
+  // The session's constraints are in a file now.
+  m_sdc_needs_saving = false;
   return true;
 }
 
@@ -950,7 +960,10 @@ void LUM_DETACHED_FRAME::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
-  if (m_project_is_open == '1') close_project();
+  if (m_project_is_open == '1' && !close_project()) {
+    event->ignore();
+    return;
+  }
   save_window_state();
   event->accept();
   // Unregister now: nothing may reach the frame after this point, and the

@@ -41,7 +41,7 @@ class QProgressBar;
   "Cannot close while the Chronel Timing Analyzer is busy./OLUM_CANT_CLOSE_WHILE_KRO_IS_BUSY"
 #define LUM_MSG_PROMPT_TO_WRITE_SDC                                                              \
   "SDC commands made during the session are not automatically saved.  Do you want to write an " \
-  "SDC file now?/YNLUM_PROMPT_TO_WRITE_SDC"
+  "SDC file now?/YNCLUM_PROMPT_TO_WRITE_SDC"
 
 class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   Q_OBJECT
@@ -128,7 +128,9 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   bool open_project(const char* path);
   void sta_open_project(const char* project, const char* revision);
   // Asks about unsaved SDC commands, then sends "project_close".
-  void close_project();
+  // Closes the open project after the SDC question; false when the user
+  // cancelled it (the project stays open).
+  bool close_project();
   void sta_close_project();
   const std::string& get_project_path() const { return m_project_path; }
   const std::string& get_revision() const { return m_revision; }

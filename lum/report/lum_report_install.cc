@@ -1,5 +1,6 @@
 #include "report/lum_report_install.hh"
 
+#include "engine/lum_console_ctrl.hh"
 #include "frame/lum_detached_frame.hh"
 #include "rdb/rdb_manager.hh"
 #include "report/lum_report_browser.hh"
@@ -46,7 +47,21 @@ LUM_REPORT_BROWSER* lum_install_report_browser(LUM_DETACHED_FRAME* frame) {
     *last_requested = requested;
     browser->reload_sta_report(open_panel);
   };
-  hooks.update_report_tree_status = [frame, browser] { browser->update_status(frame->get_sdc_needs_saving()); };
+  // An update of the netlist marks the panels made before it out of date in
+  // the database; the marks are read again once the command has ended.
+  auto reread_marks = std::make_shared<bool>(false);
+  hooks.update_report_tree_status = [frame, browser, reread_marks] {
+    if (frame->get_state_flag(LUM_STATE_FLAG::NETLIST_IS_UP_TO_DATE) == '1') *reread_marks = true;
+    browser->update_status(frame->get_sdc_needs_saving());
+  };
+  if (LUM_CONSOLE_CTRL* console = frame->get_console_ctrl()) {
+    QObject::connect(console, &LUM_CONSOLE_CTRL::busy_changed, browser, [frame, browser, reread_marks](bool busy) {
+      if (busy || !*reread_marks) return;
+      *reread_marks = false;
+      follow_project(frame);
+      if (frame->project_recorded()) browser->reload_sta_report(nullptr);
+    });
+  }
   hooks.clear_report = [frame, browser, last_requested] {
     follow_project(frame);
     last_requested->clear();

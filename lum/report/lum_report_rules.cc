@@ -2,7 +2,10 @@
 
 #include "platform/atcl.hh"
 
+#include <algorithm>
 #include <cstring>
+#include <sstream>
+#include <vector>
 
 std::string lum_panel_name_from_rdb_path(const std::string& rdb_path) {
   const size_t separator = rdb_path.find("||");
@@ -35,4 +38,24 @@ LUM_SPLIT_POSITIONS lum_split_positions(LUM_SPLIT_ENUM mode, int width, int heig
 
 int lum_split_pane_count(const LUM_SPLIT_POSITIONS& positions) {
   return (positions.row > 0 ? 2 : 1) * (positions.column > 0 ? 2 : 1);
+}
+
+std::string lum_empty_table_reason(const std::string& panel_command) {
+  std::vector<std::string> words;
+  {
+    std::istringstream in(panel_command);
+    for (std::string word; in >> word;) words.push_back(word);
+  }
+  auto has = [&words](const char* option) { return std::find(words.begin(), words.end(), option) != words.end(); };
+  const std::string command = words.empty() ? std::string() : words.front();
+  if (command == "report_ucp") return "All start and end points are constrained.";
+  if (command == "report_sdc") return "No constraints have been entered.";
+  if (command == "report_clocks") return "No clocks are defined.";
+  const char* analysis = has("-hold")       ? "hold"
+                         : has("-recovery") ? "recovery"
+                         : has("-removal")  ? "removal"
+                                            : "setup";
+  if (command == "create_timing_summary" || command == "report_timing" || command == "report_clock_transfers")
+    return std::string("No ") + analysis + " paths were found.";
+  return "The table has no rows.";
 }

@@ -41,3 +41,8 @@ struct LUM_SPLIT_POSITIONS {
 LUM_SPLIT_POSITIONS lum_split_positions(LUM_SPLIT_ENUM mode, int width, int height);
 // The number of panes the positions make (1, 2 or 4).
 int lum_split_pane_count(const LUM_SPLIT_POSITIONS& positions);
+
+// Why a table of a panel has no rows, from the command that made the panel
+// (its first word and report options), in the words the text form of the
+// report uses where it has some.
+std::string lum_empty_table_reason(const std::string& panel_command);

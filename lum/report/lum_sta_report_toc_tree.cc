@@ -16,6 +16,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPalette>
@@ -139,6 +140,14 @@ LUM_STA_REPORT_TOC_TREE::LUM_STA_REPORT_TOC_TREE(QWidget* parent) : QTreeView(pa
   header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
   connect(selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& current, const QModelIndex&) { on_current_changed(current); });
+  // A click on the selected row opens it again when its page was closed.
+  connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
+    const int row = m_model.row_of(index);
+    if (row < 0 || row != get_selected_row() || get_number_of_children(row) > 0 || !m_report_view) return;
+    LUM_VIEW_CTRL* target = m_report_view->get_target_view_ctrl();
+    if (target && (target->get_type() != LUM_VIEW_REPORT_PANEL || target->get_path() != get_rdb_path(row)))
+      on_selchange();
+  });
   load_sta_report(false, nullptr);
 }
 
@@ -327,7 +336,37 @@ bool LUM_STA_REPORT_TOC_TREE::open_item(int index) {
 
 void LUM_STA_REPORT_TOC_TREE::on_current_changed(const QModelIndex& current) {
   if (m_selecting || !current.isValid()) return;
+  const int row = m_model.row_of(current);
+  if (get_number_of_children(row) > 0) {
+    // The keyboard may rest on a folder (so that it can move on above it);
+    // Return opens the folder's first leaf.
+    if (m_keyboard_moving) return;
+    // A click on a folder opens its first leaf once the click has made its
+    // own selection, so that the highlight and the caret end on the leaf.
+    QMetaObject::invokeMethod(this, [this, row] {
+      if (get_selected_row() == row) on_selchange();
+    }, Qt::QueuedConnection);
+    return;
+  }
   on_selchange();
+}
+
+void LUM_STA_REPORT_TOC_TREE::keyPressEvent(QKeyEvent* event) {
+  const int row = get_selected_row();
+  if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && row >= 0) {
+    on_selchange();
+    event->accept();
+    return;
+  }
+  m_keyboard_moving = true;
+  QTreeView::keyPressEvent(event);
+  m_keyboard_moving = false;
+}
+
+int LUM_STA_REPORT_TOC_TREE::get_panel_row(int index) const {
+  if (index < 0 || index >= get_row_count()) return -1;
+  while (m_model.rows()[index].parent >= 0) index = m_model.rows()[index].parent;
+  return index;
 }
 
 void LUM_STA_REPORT_TOC_TREE::on_selchange() {
@@ -362,7 +401,9 @@ void LUM_STA_REPORT_TOC_TREE::disable_all() {
 }
 
 void LUM_STA_REPORT_TOC_TREE::delete_panel(int index) {
-  if (!m_has_report || index < 0 || index >= get_row_count()) return;
+  // Parts of a panel are not known to the engine: the panel is deleted.
+  index = get_panel_row(index);
+  if (!m_has_report || index < 0) return;
   lum_report_run_command(lum_delete_panel_command(lum_panel_name_from_rdb_path(get_rdb_path(index))));
 }
 
@@ -394,6 +435,9 @@ void LUM_STA_REPORT_TOC_TREE::on_panel_regenerate() {
 
 void LUM_STA_REPORT_TOC_TREE::on_panel_regenerate_all_out_of_date() {
   if (!can_act_on_out_of_date()) return;
+  // Reports are refused while the netlist is out of date: it is updated
+  // first, and the panels are made after it, in the same run of the queue.
+  if (lum_report_netlist_is_up_to_date() == '0') lum_report_run_command("update_timing_netlist");
   for (int row : top_rows()) {
     if (!is_out_of_date(row)) continue;
     const LUM_TOC_ROW& panel = m_model.rows()[row];
@@ -419,6 +463,8 @@ void LUM_STA_REPORT_TOC_TREE::on_panel_delete_all_out_of_date() {
 }
 
 void LUM_STA_REPORT_TOC_TREE::on_panel_delete_all() {
+  if (!m_has_report) return;
+  if (msg_show_catalogue_message(LUM_MSG_PROMPT_TO_DELETE_ALL_PANELS) != MSG_ANSWER_YES) return;
   for (int row : top_rows()) delete_panel(row);
 }
 
@@ -467,7 +513,7 @@ bool LUM_STA_REPORT_TOC_TREE::export_item(int index, const std::string& file, LU
 }
 
 void LUM_STA_REPORT_TOC_TREE::on_export() {
-  const int row = get_selected_row();
+  const int row = get_panel_row(get_selected_row());
   if (!m_has_report || row < 0) return;
   DBMUI_MANAGER* dbmui_mgr = DBMUI_MANAGER::get_instance();
   const std::string revision = dbmui_mgr ? dbmui_mgr->get_revision() : std::string();

@@ -32,6 +32,10 @@ class RDB_FOLDER_OBJECT;
 class RDB_OBJECT;
 class RDB_REPORT;
 
+// Asked before every panel of the report is deleted.
+#define LUM_MSG_PROMPT_TO_DELETE_ALL_PANELS \
+  "Every report panel will be deleted.  Do you want to continue?/YNLUM_PROMPT_TO_DELETE_ALL_PANELS"
+
 // The placeholder row's label.
 inline constexpr const char* LUM_REPORT_NOT_AVAILABLE = "Report not available";
 
@@ -114,6 +118,8 @@ class LUM_STA_REPORT_TOC_TREE : public QTreeView {
   int find_item_by_rdb_path(const std::string& path, bool* enabled = nullptr) const;
   // Shows, selects and opens a row; false (and nothing changed) outside the rows.
   bool open_item(int index);
+  // The level-0 row (the panel) that holds a row; -1 outside the rows.
+  int get_panel_row(int index) const;
   // The selected row, -1 when none.
   int get_selected_row() const;
   // Opens the selected row, or the first leaf below a selected folder.
@@ -157,6 +163,7 @@ class LUM_STA_REPORT_TOC_TREE : public QTreeView {
 
  protected:
   void contextMenuEvent(QContextMenuEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   int build_folder(const RDB_OBJECT* folder, int level, int parent, const RDB_OBJECT* wanted, int* pending_index,
@@ -171,6 +178,7 @@ class LUM_STA_REPORT_TOC_TREE : public QTreeView {
   bool m_has_report = false;
   bool m_sdc_needs_saving = false;
   bool m_selecting = false;
+  bool m_keyboard_moving = false;
   std::string m_pending_name;
   std::string m_second_pending_name;
 };

@@ -114,6 +114,10 @@ LUM_TABLE::LUM_TABLE(QWidget* parent) : QTableView(parent) {
   // keeps a table of a million rows as quick as a small one.
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+  // A click on a column title sorts; it does not also select the column
+  // (which would move the caret and take the view along after the sort).
+  disconnect(horizontalHeader(), SIGNAL(sectionPressed(int)), this, SLOT(selectColumn(int)));
+  disconnect(horizontalHeader(), SIGNAL(sectionEntered(int)), this, SLOT(_q_selectColumn(int)));
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &LUM_TABLE::on_sort);
   connect(&m_model, &LUM_TABLE_MODEL::sort_started, this, &LUM_TABLE::on_sort_started);
   connect(&m_model, &LUM_TABLE_MODEL::sort_finished, this, &LUM_TABLE::on_sort_finished);
@@ -274,8 +278,14 @@ void LUM_TABLE::on_sort_finished() {
   horizontalHeader()->setSortIndicatorShown(true);
   horizontalHeader()->setSortIndicator(m_model.get_sort_column(),
                                        m_model.is_ascending() ? Qt::AscendingOrder : Qt::DescendingOrder);
-  // The caret followed its row through the layout change; bring it into view.
-  if (currentIndex().isValid()) scrollTo(currentIndex());
+  // The caret followed its row through the layout change. A row the person
+  // chose (it is selected) is brought into view; a caret that only rests
+  // where the view put it would drag the view to wherever its row went, so
+  // the view shows the first rows instead.
+  if (currentIndex().isValid() && selectionModel()->isSelected(currentIndex()))
+    scrollTo(currentIndex());
+  else
+    scrollToTop();
 }
 
 void LUM_TABLE::undo_sort() {

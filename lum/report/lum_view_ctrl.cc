@@ -12,6 +12,7 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
+#include <QPointer>
 #include <QSplitter>
 #include <QDesktopServices>
 #include <QTextBrowser>
@@ -227,6 +228,18 @@ QWidget* LUM_VIEW_CTRL::create_viewer(RDB_OBJECT* object, bool out_of_date) {
     case RDB_KIND_TABLE:
     case RDB_KIND_DETAIL_TABLE:
     case RDB_KIND_TCL_TABLE: {
+      // A table without rows says why, as the text form of the report does.
+      auto* table_object = dynamic_cast<RDB_TABLE_OBJECT*>(object);
+      if (table_object && table_object->get_number_of_data_rows() == 0) {
+        std::string command;
+        const std::string panel = lum_panel_name_from_rdb_path(m_path);
+        for (const RDB_PANEL_INFO& info : m_report ? m_report->get_panels() : std::vector<RDB_PANEL_INFO>()) {
+          if (info.name == panel.substr(0, panel.find("||"))) command = info.command;
+        }
+        return make_message_page(QStringLiteral("%1\n\n%2").arg(QString::fromStdString(object->get_name()),
+                                                                 QString::fromStdString(lum_empty_table_reason(command))),
+                                 this);
+      }
       auto* host = new LUM_CENTERED_TABLE(this);
       host->get_table()->load_rdb_table(object);
       host->get_table()->set_out_of_date(out_of_date);
@@ -339,8 +352,18 @@ void LUM_VIEW_CTRL::do_split() {
         add_pane(row);
       }
     }
-    m_splitter->setChildrenCollapsible(false);
+    // A bar dragged to the edge collapses a pane; the control then unsplits.
     m_splitter->setToolTip(QStringLiteral("Drag off to unsplit"));
+    std::vector<QSplitter*> splitters{m_splitter};
+    if (wanted == 4) {
+      for (int r = 0; r < 2; ++r) splitters.push_back(qobject_cast<QSplitter*>(m_splitter->widget(r)));
+    }
+    for (QSplitter* splitter : splitters) {
+      splitter->setChildrenCollapsible(true);
+      splitter->setToolTip(QStringLiteral("Drag off to unsplit"));
+      // Queued: the splitter that reports the move is destroyed by the unsplit.
+      connect(splitter, &QSplitter::splitterMoved, this, &LUM_VIEW_CTRL::unsplit_if_collapsed, Qt::QueuedConnection);
+    }
     m_layout->addWidget(m_splitter, 1);
     m_splitter->show();
     for (LUM_VIEW_CTRL* pane : m_panes) pane->open_page(type, path);
@@ -363,6 +386,48 @@ void LUM_VIEW_CTRL::do_split() {
   }
 }
 
+LUM_VIEW_CTRL* LUM_VIEW_CTRL::get_shown_pane() const {
+  if (!m_splitter) return nullptr;
+  // Pane i lies in row i / 2 and column i % 2 of a four-way split, in slot i of a two-way one.
+  auto shown = [](QSplitter* splitter, int slot) {
+    const QList<int> sizes = splitter ? splitter->sizes() : QList<int>();
+    return slot < sizes.size() && sizes[slot] > 0;
+  };
+  const LUM_VIEW_CTRL* active = m_view ? m_view->get_active_view_ctrl() : nullptr;
+  LUM_VIEW_CTRL* first_shown = nullptr;
+  for (size_t i = 0; i < m_panes.size(); ++i) {
+    bool visible;
+    if (m_panes.size() == 4) {
+      const int row = static_cast<int>(i) / 2;
+      visible = shown(m_splitter, row) && shown(qobject_cast<QSplitter*>(m_splitter->widget(row)), static_cast<int>(i) % 2);
+    } else {
+      visible = shown(m_splitter, static_cast<int>(i));
+    }
+    if (!visible) continue;
+    if (m_panes[i]->contains(active)) return m_panes[i];
+    if (!first_shown) first_shown = m_panes[i];
+  }
+  return first_shown;
+}
+
+void LUM_VIEW_CTRL::unsplit_if_collapsed() {
+  if (!m_splitter) return;
+  std::vector<QSplitter*> splitters{m_splitter};
+  for (int i = 0; i < m_splitter->count(); ++i) {
+    if (auto* inner = qobject_cast<QSplitter*>(m_splitter->widget(i))) splitters.push_back(inner);
+  }
+  bool collapsed = false;
+  for (QSplitter* splitter : splitters) {
+    for (int size : splitter->sizes()) collapsed = collapsed || size == 0;
+  }
+  if (!collapsed) return;
+  // The page that stays is the one still in sight (the active one if it is).
+  LUM_VIEW_CTRL* keep = get_shown_pane();
+  while (keep && keep->is_split()) keep = keep->get_shown_pane();
+  if (keep && m_view) m_view->set_active_view_ctrl(keep, false);
+  split(LUM_SPLIT_NONE);
+}
+
 void LUM_VIEW_CTRL::mousePressEvent(QMouseEvent* event) {
   if (m_view && !is_split()) m_view->set_active_view_ctrl(this, true);
   QFrame::mousePressEvent(event);
@@ -374,20 +439,36 @@ void LUM_VIEW_CTRL::contextMenuEvent(QContextMenuEvent* event) {
     return;
   }
   m_view->set_active_view_ctrl(this, true);
-  QMenu menu(this);
-  QAction* horizontal = menu.addAction(QStringLiteral("Split &Horizontally"), m_view, &LUM_REPORT_VIEW::on_window_split_horizontally);
-  QAction* vertical = menu.addAction(QStringLiteral("Split &Vertically"), m_view, &LUM_REPORT_VIEW::on_window_split_vertically);
-  QAction* four_way = menu.addAction(QStringLiteral("Split &Four Ways"), m_view, &LUM_REPORT_VIEW::on_window_split_four_way);
+  // The window commands may destroy this control (an unsplit removes the
+  // panes), so the menu is not its child and the chosen command runs only
+  // after the menu has gone, from the event loop, on the report view.
+  QMenu menu;
+  QAction* horizontal = menu.addAction(QStringLiteral("Split &Horizontally"));
+  QAction* vertical = menu.addAction(QStringLiteral("Split &Vertically"));
+  QAction* four_way = menu.addAction(QStringLiteral("Split &Four Ways"));
   menu.addSeparator();
-  QAction* unsplit = menu.addAction(QStringLiteral("&Unsplit"), m_view, &LUM_REPORT_VIEW::on_window_unsplit);
-  QAction* unsplit_all = menu.addAction(QStringLiteral("Unsplit &All"), m_view, &LUM_REPORT_VIEW::on_window_unsplit_all);
+  QAction* unsplit = menu.addAction(QStringLiteral("&Unsplit"));
+  QAction* unsplit_all = menu.addAction(QStringLiteral("Unsplit &All"));
   menu.addSeparator();
-  menu.addAction(QStringLiteral("&Refresh"), this, &LUM_VIEW_CTRL::refresh);
-  menu.addAction(QStringLiteral("&Close Page"), this, &LUM_VIEW_CTRL::close_page);
+  QAction* refresh_page = menu.addAction(QStringLiteral("&Refresh"));
+  QAction* close = menu.addAction(QStringLiteral("&Close Page"));
   horizontal->setEnabled(m_view->can_split());
   vertical->setEnabled(m_view->can_split());
   four_way->setEnabled(m_view->can_split());
   unsplit->setEnabled(m_view->can_unsplit());
   unsplit_all->setEnabled(m_view->get_top_view_ctrl() && m_view->get_top_view_ctrl()->is_split());
-  menu.exec(event->globalPos());
+  QAction* chosen = menu.exec(event->globalPos());
+  if (!chosen) return;
+  std::function<void(LUM_REPORT_VIEW*)> command;
+  if (chosen == horizontal) command = &LUM_REPORT_VIEW::on_window_split_horizontally;
+  else if (chosen == vertical) command = &LUM_REPORT_VIEW::on_window_split_vertically;
+  else if (chosen == four_way) command = &LUM_REPORT_VIEW::on_window_split_four_way;
+  else if (chosen == unsplit) command = &LUM_REPORT_VIEW::on_window_unsplit;
+  else if (chosen == unsplit_all) command = &LUM_REPORT_VIEW::on_window_unsplit_all;
+  QPointer<LUM_VIEW_CTRL> self(this);
+  if (chosen == refresh_page) command = [self](LUM_REPORT_VIEW*) { if (self) self->refresh(); };
+  else if (chosen == close) command = [self](LUM_REPORT_VIEW*) { if (self) self->close_page(); };
+  if (!command) return;
+  QPointer<LUM_REPORT_VIEW> view(m_view);
+  QMetaObject::invokeMethod(m_view, [view, command] { if (view) command(view); }, Qt::QueuedConnection);
 }

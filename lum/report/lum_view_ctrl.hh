@@ -70,6 +70,12 @@ class LUM_VIEW_CTRL : public QFrame {
   // The page control this one is a pane of; null for the top control.
   LUM_VIEW_CTRL* get_parent_ctrl() const;
   LUM_REPORT_VIEW* get_parent_view() const { return m_view; }
+  // The pane still in sight after a bar was dragged off (the one holding the
+  // active control when that is in sight); null when not split.
+  LUM_VIEW_CTRL* get_shown_pane() const;
+  // Unsplits when a split bar was dragged to the edge, so that a pane has
+  // collapsed; the page in sight stays.
+  void unsplit_if_collapsed();
   // True when ctrl is this control or lies in one of its panes.
   bool contains(const LUM_VIEW_CTRL* ctrl) const;
 

@@ -70,19 +70,13 @@ int lum_lum_report_status(ClientData, Tcl_Interp* interp, int argc, const char* 
 }
 
 int lum_lum_echo_stdout(ClientData, Tcl_Interp* interp, int argc, const char* argv[]) {
-  // The engine sends any line of text as the single word, including texts
-  // such as "-h" or "--" that the argument library would take as options, so
-  // a single word is the text as it stands; other calls are parsed as usual.
-  const char* text = nullptr;
+  // Engine texts that could read as options arrive after "--" (the engine
+  // link adds it), so "-h" here asks for the command's help.
   ATCL_ARGS args(interp);
-  if (argc == 2) {
-    text = argv[1];
-  } else {
-    bool help_shown = false;
-    int result = lum_init_lum_echo_stdout(&args, &help_shown, argc, argv);
-    if (result != TCL_OK || help_shown) return result;
-    text = args.get_one_arg_pos_option(0);
-  }
+  bool help_shown = false;
+  int result = lum_init_lum_echo_stdout(&args, &help_shown, argc, argv);
+  if (result != TCL_OK || help_shown) return result;
+  const char* text = args.get_one_arg_pos_option(0);
   LUM_FRAME_IFACE* frame = lum_get_frame();
   if (frame == nullptr) return TCL_OK;
   if (LUM_MSG_DISPLAY* display = console_display(frame)) display->echo_stdout(text);
@@ -111,8 +105,10 @@ int lum_lum_set_state(ClientData, Tcl_Interp* interp, int argc, const char* argv
   }
   if (char value = state_value(args.get_one_arg_option(LUM_AUTO_ARG_NETLIST_IS_UP_TO_DATE))) {
     // Constraints entered after the netlist was up to date have not been
-    // written to an SDC file yet.
+    // written to an SDC file yet. A netlist that is deleted (no longer
+    // created) is out of date without any constraint.
     if (frame->get_state_flag(LUM_STATE_FLAG::PROJECT_IS_OPEN) == '1' &&
+        frame->get_state_flag(LUM_STATE_FLAG::NETLIST_IS_CREATED) == '1' &&
         frame->get_state_flag(LUM_STATE_FLAG::NETLIST_IS_UP_TO_DATE) == '1' && value == '0') {
       frame->set_sdc_needs_saving(true);
     }

@@ -141,7 +141,9 @@ INSTANTIATE_TEST_SUITE_P(
         PARSE_CASE{"lum_set_false_path -max", TCL_ERROR, "unknown option \"-max\""},
         PARSE_CASE{"lum_reload_sta_report -bogus", TCL_ERROR, "unknown option \"-bogus\""},
         // text beginning with "-" where a positional slot remains, and "--"
-        PARSE_CASE{"lum_echo_stdout -max", TCL_OK, ""},
+        PARSE_CASE{"lum_echo_stdout -max", TCL_ERROR, "unknown option \"-max\""},
+        PARSE_CASE{"lum_set_input_delay -clock clk -bogus t", TCL_ERROR, "unknown option \"-bogus\""},
+        PARSE_CASE{"lum_set_input_delay -clock clk -0.5 t", TCL_OK, ""},
         PARSE_CASE{"lum_echo_stdout -h", TCL_OK, "Usage: lum_echo_stdout <text>"},
         PARSE_CASE{"lum_echo_stdout -- -h", TCL_OK, ""},
         PARSE_CASE{"lum_set_multicycle_path -hold -1", TCL_OK, ""},

@@ -34,9 +34,12 @@ TEST_F(CallbackCommands, PromptsAndTextGoToTheConsoleQueueCutAtLineBreaks) {
   ASSERT_EQ(eval("lum_tcl_prompt"), TCL_OK);
   ASSERT_EQ(eval("lum_tcl_cont_prompt"), TCL_OK);
   ASSERT_EQ(eval("lum_echo_stdout \"a b\\n\\n\\rc\\fd\\n\""), TCL_OK);
-  // Texts the argument library would read as options arrive as one word.
-  ASSERT_EQ(eval("lum_echo_stdout -h"), TCL_OK);
-  ASSERT_EQ(eval("lum_echo_stdout --"), TCL_OK);
+  // Texts that read as options come after "--"; "-h" alone asks for help and shows nothing.
+  ASSERT_EQ(eval("lum_echo_stdout -- -h"), TCL_OK);
+  ASSERT_EQ(eval("lum_echo_stdout -- --"), TCL_OK);
+  std::string help;
+  ASSERT_EQ(eval("lum_echo_stdout -h", &help), TCL_OK);
+  EXPECT_NE(help.find("Usage: lum_echo_stdout <text>"), std::string::npos) << help;
   EXPECT_EQ(queued_texts(), (std::vector<std::string>{"<1>", "<2>", "a b", "c", "d", "-h", "--"}));
 }
 
@@ -63,13 +66,19 @@ TEST_F(CallbackCommands, SetStateUsesOnlyOneCharacterValues) {
 
 TEST_F(CallbackCommands, NetlistGoingOutOfDateMarksConstraintsUnsaved) {
   frame.flags[LUM_STATE_FLAG::PROJECT_IS_OPEN] = '1';
+  // A deleted netlist goes out of date without any constraint.
+  frame.flags[LUM_STATE_FLAG::NETLIST_IS_UP_TO_DATE] = '1';
+  frame.flags[LUM_STATE_FLAG::NETLIST_IS_CREATED] = '0';
+  ASSERT_EQ(eval("lum_set_state -netlist_is_up_to_date 0"), TCL_OK);
+  EXPECT_FALSE(frame.sdc_needs_saving);
+  frame.flags[LUM_STATE_FLAG::NETLIST_IS_CREATED] = '1';
   ASSERT_EQ(eval("lum_set_state -netlist_is_up_to_date 0"), TCL_OK);
   EXPECT_FALSE(frame.sdc_needs_saving);  // it was not up to date before
   ASSERT_EQ(eval("lum_set_state -netlist_is_up_to_date 1"), TCL_OK);
   EXPECT_FALSE(frame.sdc_needs_saving);
   ASSERT_EQ(eval("lum_set_state -netlist_is_up_to_date 0"), TCL_OK);
   EXPECT_TRUE(frame.sdc_needs_saving);
-  EXPECT_EQ(frame.report_tree_updates, 3);
+  EXPECT_EQ(frame.report_tree_updates, 4);
 }
 
 TEST_F(CallbackCommands, ClockListKeepsOneEntryPerNameAndIgnoresUnknownRemovals) {

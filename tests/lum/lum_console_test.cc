@@ -161,6 +161,28 @@ TEST_F(ConsoleWithScriptedEngine, ClearEmptiesRowsWithoutSendingClearAndExitClos
   EXPECT_EQ(console->get_ipc_object(), nullptr);
 }
 
+// Every prompt ends exactly one command, whatever the user clears meanwhile.
+TEST_F(ReadyScriptedEngine, ClearWhileACommandRunsKeepsTheCommandTrackingExact) {
+  console->run_command("sleep 300");
+  ASSERT_TRUE(console->is_busy());
+  console->clear();
+  EXPECT_TRUE(console->is_busy());
+  console->run_command("raw echo_stdout  second");  // waits for the sleep's prompt
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(received(), (std::vector<std::string>{"sleep 300", "raw echo_stdout  second"}));
+  std::vector<std::string> result;
+  console->run_command("raw echo_stdout  hidden", &result);
+  EXPECT_EQ(result, std::vector<std::string>{"hidden"});
+  // Cleared while idle, the blank line is a command of its own until its prompt.
+  console->clear();
+  EXPECT_TRUE(console->is_busy());
+  console->run_command("raw echo_stdout  third");
+  ASSERT_TRUE(settle());
+  EXPECT_FALSE(console->is_busy());
+  EXPECT_EQ(received().back(), "raw echo_stdout  third");
+  EXPECT_EQ(console->get_model()->row_text(console->get_model()->row_count() - 2), "third");
+}
+
 TEST_F(ReadyScriptedEngine, HiddenCommandReturnsTheTextLinesExactlyAndShowsNothing) {
   int rows_before = console->get_model()->row_count();
   std::vector<std::string> result;

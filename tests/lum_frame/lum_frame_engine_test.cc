@@ -17,6 +17,8 @@
 #include "frame/lum_entry.hh"
 #include "lum_frame_test_support.hh"
 
+#include <filesystem>
+
 namespace {
 
 using lum_test::wait_until;
@@ -32,12 +34,20 @@ class FrameWithEngine : public lum_test::FrameFixture {
     if (!QFileInfo(QString::fromStdString(kExample)).isFile())
       GTEST_SKIP() << "the example project " << kExample << " is missing";
     FrameFixture::SetUp();
+    // Runs write their report database beside the project: a copy of the
+    // example in the test's own folder keeps the repository as it is.
+    std::filesystem::copy(std::filesystem::path(kExample).parent_path(), path("datapath"),
+                          std::filesystem::copy_options::recursive);
+    std::filesystem::remove_all(path("datapath/vexa_db"));
+    m_example = path("datapath/datapath.vpf");
   }
   void TearDown() override {
     if (LUM_DETACHED_FRAME* frame = LUM_DETACHED_FRAME::get_instance()) delete frame;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     if (!IsSkipped()) FrameFixture::TearDown();
   }
+
+  std::string m_example;
 
   static bool has_row(LUM_CONSOLE_MODEL* model, const std::string& text) {
     for (int row = 0; row < model->row_count(); ++row)
@@ -50,7 +60,7 @@ TEST_F(FrameWithEngine, OpenBuildTypeAndCloseWithTheSdcQuestion) {
   // What the launcher does with "vexa_lumex examples/datapath/datapath.vpf".
   auto* frame = static_cast<LUM_DETACHED_FRAME*>(lum_dyn_adv_kro_tool());
   ASSERT_NE(frame, nullptr);
-  ASSERT_TRUE(lum_open_project_file(kExample.c_str()));
+  ASSERT_TRUE(lum_open_project_file(m_example.c_str()));
   LUM_CONSOLE_CTRL* console = frame->get_console_ctrl();
   ASSERT_TRUE(wait_until([&] { return frame->get_state_flag(LUM_STATE_FLAG::PROJECT_IS_OPEN) == '1' && !console->is_busy(); }, 60000));
   EXPECT_TRUE(frame->windowTitle().contains("datapath"));
@@ -121,7 +131,7 @@ TEST_F(FrameWithEngine, TheLauncherOpensTheExampleAndTakesAScreenshot) {
   env.insert("QT_QPA_PLATFORM", "offscreen");
   env.insert("XDG_CONFIG_HOME", m_dir.path());
   process.setProcessEnvironment(env);
-  process.start(launcher, {"--command", "create_timing_netlist", "--screenshot", png, QString::fromStdString(kExample)});
+  process.start(launcher, {"--command", "create_timing_netlist", "--screenshot", png, QString::fromStdString(m_example)});
   ASSERT_TRUE(process.waitForFinished(120000)) << process.readAllStandardError().toStdString();
   EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
   EXPECT_GT(QFileInfo(png).size(), 1000);

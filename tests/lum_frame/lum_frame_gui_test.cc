@@ -21,6 +21,7 @@
 #include "frame/lum_main_menu.hh"
 #include "frame/lum_window_placement.hh"
 #include "lum_frame_test_support.hh"
+#include "../lum/lum_gui_events.hh"
 #include "tcl/lum_tcl_args_auto.hh"
 
 namespace {
@@ -160,6 +161,14 @@ TEST_F(FrameTest, AProjectPathWithSpecialCharactersIsSentQuoted) {
   m_frame->set_state_flag(LUM_STATE_FLAG::PROJECT_IS_OPEN, '0');
   m_frame->sta_closed_a_project();
   EXPECT_EQ(m_frame->windowTitle(), "Chronel Timing Analyzer");
+  // Where the window system adds the product name (the launcher names the
+  // application so), the title leaves it out.
+  const QString display_name = QGuiApplication::applicationDisplayName();
+  QGuiApplication::setApplicationDisplayName("Chronel Timing Analyzer");
+  m_frame->sta_opened_a_project(folder + "/top.vpf", "top");
+  EXPECT_EQ(m_frame->windowTitle().toStdString(), folder + "/top - top");
+  QGuiApplication::setApplicationDisplayName(display_name);
+  m_frame->sta_closed_a_project();
   EXPECT_TRUE(m_frame->get_clock_names().empty());
   EXPECT_FALSE(enabled(LUM_ID_FILE_CLOSE_PROJECT));
 }
@@ -241,6 +250,28 @@ TEST_F(FrameTest, UnsavedConstraintsAreAskedAboutOnceOnClose) {
   ASSERT_TRUE(wait_until([this] { return !console()->is_busy(); }, 30000));
   m_frame->close_project();
   EXPECT_EQ(m_boxes.size(), 1u) << "answering No clears the reminder";
+}
+
+TEST_F(FrameTest, TheCloseQuestionComesOnlyAfterConstraintsAndCancelKeepsTheWindow) {
+  make_frame(true);
+  open_project_state();
+  auto state = [](const char* args) { return atcl_tcl_eval((std::string("lum_set_state ") + args).c_str()); };
+  // A netlist made current and then deleted leaves no constraint to save.
+  ASSERT_EQ(state("-netlist_is_created 1 -netlist_is_up_to_date 1"), TCL_OK);
+  ASSERT_EQ(state("-netlist_is_created 0"), TCL_OK);
+  ASSERT_EQ(state("-netlist_is_up_to_date 0"), TCL_OK);
+  EXPECT_FALSE(m_frame->get_sdc_needs_saving());
+  // A constraint applied to a current netlist does.
+  ASSERT_EQ(state("-netlist_is_created 1 -netlist_is_up_to_date 1"), TCL_OK);
+  ASSERT_EQ(state("-netlist_is_up_to_date 0"), TCL_OK);
+  EXPECT_TRUE(m_frame->get_sdc_needs_saving());
+  // Cancel keeps the window, the project and the reminder.
+  m_answers = {MSG_ANSWER_CANCEL};
+  EXPECT_FALSE(m_frame->close());
+  EXPECT_EQ(m_boxes, std::vector<std::string>{"LUM_PROMPT_TO_WRITE_SDC"});
+  EXPECT_EQ(LUM_DETACHED_FRAME::get_instance(), m_frame);
+  EXPECT_TRUE(m_frame->get_sdc_needs_saving());
+  EXPECT_EQ(m_frame->get_state_flag(LUM_STATE_FLAG::PROJECT_IS_OPEN), '1');
 }
 
 TEST_F(FrameTest, ClosingWithUnsavedConstraintsWritesTheSdcFileFirst) {
@@ -441,7 +472,18 @@ TEST_F(FrameTest, HistoryRunsSelectedEntriesAgainAndSavesAScript) {
   ASSERT_TRUE(history()->save_as());
   EXPECT_EQ(read_file(path("history.tcl")), "puts a\nputs b\nputs a\nputs b\n");
   EXPECT_EQ(m_file_requests.back().default_name, "history.tcl");
-  EXPECT_EQ(history()->make_context_menu(QPoint(5, history()->viewport()->height() - 2)), nullptr);
+  // Below the last row the right click shows no menu; over a row it runs the entry.
+  auto* tabs = m_frame->get_console_view();
+  tabs->setCurrentWidget(history());
+  m_frame->resize(900, 700);
+  QCoreApplication::processEvents();
+  const QRect last = history()->visualRect(history()->model()->index(history()->entry_count() - 1, 0));
+  ASSERT_LT(last.bottom() + 10, history()->viewport()->height()) << "the History tab has room below its rows";
+  EXPECT_FALSE(lum_test::lum_right_click_pick(history()->viewport(), QPoint(5, last.bottom() + 8), "Run").shown);
+  history()->clearSelection();
+  history()->selectionModel()->select(history()->model()->index(0, 0), QItemSelectionModel::Select);
+  ASSERT_TRUE(lum_test::lum_right_click_pick(history()->viewport(), history()->visualRect(history()->model()->index(0, 0)).center(), "Run").picked);
+  EXPECT_EQ(console()->get_current_command(), "puts a");
 }
 
 TEST_F(FrameTest, DebugMessagesGetTheirOwnTab) {

@@ -2,6 +2,7 @@
 // the tests: the contents tree, the report view with its page controls and
 // splits, and the report table.
 #include "lum_report_test_support.hh"
+#include "../lum/lum_gui_events.hh"
 
 #include "platform/atcl.hh"
 #include "rdb/rdb_manager.hh"
@@ -19,6 +20,8 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
+#include <QScrollBar>
+#include <QSplitter>
 #include <QTest>
 #include <QTextBrowser>
 
@@ -50,13 +53,50 @@ class LumReportBrowser : public ::testing::Test {
     view->setGeometry(250, 0, 650, 600);
     window.show();
   }
-  void TearDown() override { lum_report_set_engine_sink(nullptr); }
+  void TearDown() override {
+    lum_report_set_engine_sink(nullptr);
+    msg_set_box_handler(nullptr);
+  }
 
   void load_sample(const char* panel = nullptr) {
     lum_write_sample_report(project.database_file());
     tree->load_sta_report(true, panel);
   }
   LUM_VIEW_CTRL* top() { return view->get_top_view_ctrl(); }
+  QLabel* caption(LUM_VIEW_CTRL* ctrl) {
+    return ctrl->findChild<QLabel*>(QStringLiteral("lum_view_caption"), Qt::FindDirectChildrenOnly);
+  }
+  // Right-clicks a page control's caption and picks an entry of its menu.
+  lum_test::MENU_RESULT caption_pick(LUM_VIEW_CTRL* ctrl, const char* entry,
+                                     lum_test::MENU_PICK how = lum_test::MENU_PICK::CLICK) {
+    return lum_test::lum_right_click_pick(caption(ctrl), caption(ctrl)->rect().center(), QString::fromLatin1(entry), how);
+  }
+  QModelIndex index_of(int row) {
+    // Rows are in pre-order; walk the model to the row's index.
+    int seen = 0;
+    std::function<QModelIndex(const QModelIndex&)> walk = [&](const QModelIndex& parent) -> QModelIndex {
+      for (int r = 0; r < tree->model()->rowCount(parent); ++r) {
+        const QModelIndex child = tree->model()->index(r, 0, parent);
+        if (seen++ == row) return child;
+        const QModelIndex found = walk(child);
+        if (found.isValid()) return found;
+      }
+      return QModelIndex();
+    };
+    return walk(QModelIndex());
+  }
+  // A left click on a row of the tree, as a person makes it.
+  void click_row(int row) {
+    QModelIndex index = index_of(row);
+    tree->scrollTo(index);
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, tree->visualRect(index).center());
+    QCoreApplication::processEvents();
+  }
+  lum_test::MENU_RESULT row_pick(int row, const char* entry) {
+    QModelIndex index = index_of(row);
+    tree->scrollTo(index);
+    return lum_test::lum_right_click_pick(tree->viewport(), tree->visualRect(index).center(), QString::fromLatin1(entry));
+  }
   LUM_TABLE* shown_table(LUM_VIEW_CTRL* ctrl) {
     QWidget* page = ctrl->get_page_window();
     if (auto* host = qobject_cast<LUM_CENTERED_TABLE*>(page)) return host->get_table();
@@ -233,30 +273,84 @@ TEST_F(LumReportBrowser, AReportOfOnlyLegalNoticesShowsThePlaceholder) {
 
 TEST_F(LumReportBrowser, ContextCommandsDeleteAndRegenerateThroughTheEngine) {
   load_sample();
-  tree->open_item(tree->find_item("Summary (Setup)"));
-  std::unique_ptr<QMenu> menu(tree->create_context_menu());
-  auto action = [&menu](const char* name) { return menu->findChild<QAction*>(QString::fromLatin1(name)); };
-  ASSERT_NE(action("regenerate"), nullptr);
-  EXPECT_TRUE(action("regenerate")->isEnabled());
-  EXPECT_TRUE(action("delete_all_out_of_date")->isEnabled());
-  action("regenerate")->trigger();
-  action("delete")->trigger();
-  action("delete_all_out_of_date")->trigger();
-  action("regenerate_all_out_of_date")->trigger();
+  const int summary = tree->find_item("Summary (Setup)");
+  click_row(summary);
+  ASSERT_TRUE(row_pick(summary, "Regenerate").picked);
+  ASSERT_TRUE(row_pick(summary, "Delete").picked);
+  ASSERT_TRUE(row_pick(summary, "Delete All Out of Date").picked);
+  ASSERT_TRUE(row_pick(summary, "Regenerate All Out of Date").picked);
   EXPECT_EQ(engine_commands,
             (std::vector<std::string>{"create_timing_summary -setup -panel_name \"Summary (Setup)\"",
                                       "delete_timing_report_panel -name \"Summary (Setup)\"",
                                       "delete_timing_report_panel -name \"Old Summary\"",
                                       "report_clocks -panel_name \"Old Summary\""}));
+  // Delete All asks first; No deletes nothing, Yes every panel but the legal notice.
+  std::vector<std::string> asked;
+  int answer = MSG_ANSWER_NO;
+  msg_set_box_handler([&](const MSG_CATALOGUE_ENTRY& entry, const std::string&) {
+    asked.push_back(entry.id);
+    return answer;
+  });
   engine_commands.clear();
-  action("delete_all")->trigger();
-  EXPECT_EQ(engine_commands.size(), 9u);  // every panel but the legal notice
+  ASSERT_TRUE(row_pick(summary, "Delete All").picked);
+  EXPECT_EQ(asked, std::vector<std::string>{"LUM_PROMPT_TO_DELETE_ALL_PANELS"});
+  EXPECT_TRUE(engine_commands.empty());
+  answer = MSG_ANSWER_YES;
+  ASSERT_TRUE(row_pick(summary, "Delete All").picked);
+  EXPECT_EQ(engine_commands.size(), 9u);
   // A panel without a recorded command cannot be regenerated.
-  tree->open_item(tree->find_item("Text Report"));
-  menu.reset(tree->create_context_menu());
-  EXPECT_FALSE(action("regenerate")->isEnabled());
+  const int text = tree->find_item("Text Report");
+  click_row(text);
+  lum_test::MENU_RESULT menu = row_pick(text, "Regenerate");
+  EXPECT_TRUE(menu.shown);
+  EXPECT_FALSE(menu.picked);
 }
 
+TEST_F(LumReportBrowser, RegenerateAllOutOfDateUpdatesAStaleNetlistFirst) {
+  load_sample();
+  frame.set_state_flag(LUM_STATE_FLAG::NETLIST_IS_UP_TO_DATE, '0');
+  click_row(0);
+  ASSERT_TRUE(row_pick(0, "Regenerate All Out of Date").picked);
+  EXPECT_EQ(engine_commands,
+            (std::vector<std::string>{"update_timing_netlist", "report_clocks -panel_name \"Old Summary\""}));
+}
+
+TEST_F(LumReportBrowser, TreeClicksKeysAndPartsActOnWhatThePersonSees) {
+  load_sample();
+  const int clocks = tree->find_item("Clocks");
+  const int clk_a = tree->find_item("clk_a");
+  const int clk_b = tree->find_item("clk_b");
+  // A click on a folder ends with the caret, the highlight and the page on its first leaf.
+  click_row(clocks);
+  ASSERT_TRUE(lum_test_wait([&] { return tree->get_selected_row() == clk_a; }, 2000));
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(tree->selectionModel()->isSelected(index_of(clocks)));
+  EXPECT_TRUE(tree->selectionModel()->isSelected(index_of(clk_a)));
+  EXPECT_EQ(top()->get_title(), "clk_a");
+  // The keyboard moves up over the expanded folder to the panel above it.
+  tree->setFocus();
+  QTest::keyClick(tree, Qt::Key_Up);
+  EXPECT_EQ(tree->get_selected_row(), clocks);
+  QTest::keyClick(tree, Qt::Key_Up);
+  EXPECT_EQ(tree->get_selected_row(), tree->find_item("Summary (Setup)"));
+  EXPECT_EQ(top()->get_title(), "Summary (Setup)");
+  // Return on a folder opens its first leaf.
+  QTest::keyClick(tree, Qt::Key_Down);
+  QTest::keyClick(tree, Qt::Key_Return);
+  EXPECT_EQ(tree->get_selected_row(), clk_a);
+
+  // Delete and Export on a part of a panel act on the panel.
+  click_row(clk_b);
+  ASSERT_TRUE(row_pick(clk_b, "Delete").picked);
+  EXPECT_EQ(engine_commands, std::vector<std::string>{"delete_timing_report_panel -name \"Clocks\""});
+  EXPECT_EQ(tree->get_panel_row(clk_b), clocks);
+
+  // After Close Page, a click on the selected row opens it again.
+  ASSERT_TRUE(caption_pick(top(), "Close Page").picked);
+  EXPECT_EQ(top()->get_type(), LUM_VIEW_NONE);
+  click_row(clk_b);
+  EXPECT_EQ(top()->get_title(), "clk_b");
+}
 TEST_F(LumReportBrowser, DisableAllHappensOnlyWhenTheNetlistIsStaleAndConstraintsChanged) {
   load_sample("Summary (Setup)");
   tree->set_sdc_needs_saving(true);
@@ -341,6 +435,30 @@ TEST_F(LumReportBrowser, EachKindOpensItsViewerAndMissingViewersSaySo) {
   EXPECT_TRUE(messages.internal_errors.empty());
 }
 
+TEST_F(LumReportBrowser, EmptyTablesSayWhy) {
+  {
+    RDB_WRITER writer(project.database_file(), RDB_TIMING_REPORT);
+    RDB_PANEL_WRITER ucp = writer.begin_panel("Unconstrained Paths", "report_ucp -panel_name \"Unconstrained Paths\"");
+    ucp.add_table("", RDB_KIND_TABLE, {"Node", "Kind"});
+    ucp.commit();
+    RDB_PANEL_WRITER recovery =
+        writer.begin_panel("Summary (Recovery)", "create_timing_summary -recovery -panel_name \"Summary (Recovery)\"");
+    recovery.add_table("", RDB_KIND_TABLE, {"Clock", "Slack"});
+    recovery.commit();
+  }
+  struct EMPTY_CASE {
+    const char* panel;
+    const char* words;
+  };
+  for (const EMPTY_CASE& c : {EMPTY_CASE{"Unconstrained Paths", "All start and end points are constrained."},
+                              EMPTY_CASE{"Summary (Recovery)", "No recovery paths were found."}}) {
+    tree->load_sta_report(true, c.panel);
+    auto* page = qobject_cast<QLabel*>(top()->get_page_window());
+    ASSERT_NE(page, nullptr) << c.panel;
+    EXPECT_TRUE(page->text().contains(c.words)) << page->text().toStdString();
+  }
+}
+
 TEST_F(LumReportBrowser, OutOfDatePanelOpensWithTheWatermark) {
   load_sample();
   tree->open_item(tree->find_item("Old Table"));
@@ -375,27 +493,62 @@ TEST_F(LumReportBrowser, FourWaySplitAndUnsplitKeepsThePageOfTheFocusedPane) {
   for (LUM_VIEW_CTRL* pane : top()->get_panes()) EXPECT_EQ(pane->get_title(), "Summary (Setup)");
   EXPECT_EQ(view->get_view_ctrls().size(), 5u);
 
-  // The third pane gets the focus and another panel; unsplitting keeps it.
+  // The third pane gets another panel; unsplitting from its caption keeps it.
   LUM_VIEW_CTRL* third = top()->get_panes()[2];
   view->set_active_view_ctrl(third, false);
   tree->open_item(tree->find_item("Text Report"));
   EXPECT_EQ(third->get_title(), "Text Report");
   EXPECT_EQ(top()->get_panes()[0]->get_title(), "Summary (Setup)");
-  EXPECT_TRUE(view->can_unsplit());
-  view->on_window_unsplit();
+  ASSERT_TRUE(caption_pick(third, "Unsplit").picked);
   EXPECT_FALSE(top()->is_split());
   EXPECT_EQ(top()->get_title(), "Text Report");
   EXPECT_EQ(view->get_view_ctrls().size(), 1u);
   EXPECT_EQ(view->get_active_view_ctrl(), top());
+}
 
-  // A split pane can split again; unsplit-all returns to one page.
-  view->on_window_split_vertically();
-  view->set_active_view_ctrl(top()->get_panes()[1], false);
-  view->on_window_split_horizontally();
-  EXPECT_EQ(view->get_view_ctrls().size(), 5u);
-  view->on_window_unsplit_all();
+// Each pick destroys the pane whose caption was clicked; the menu must not
+// go with it.
+TEST_F(LumReportBrowser, CaptionMenusSplitAndUnsplitWithRealClicksAndKeys) {
+  load_sample("Summary (Setup)");
+  QApplication::processEvents();
+  ASSERT_TRUE(caption_pick(top(), "Split Horizontally").picked);
+  ASSERT_TRUE(top()->is_split());
+  ASSERT_TRUE(caption_pick(top()->get_panes()[1], "Unsplit", lum_test::MENU_PICK::KEYS).picked);
   EXPECT_FALSE(top()->is_split());
-  EXPECT_EQ(top()->get_title(), "Text Report");
+  EXPECT_EQ(top()->get_title(), "Summary (Setup)");
+
+  // A pane splits again; Unsplit All from the inner pane returns to one page.
+  ASSERT_TRUE(caption_pick(top(), "Split Vertically").picked);
+  ASSERT_TRUE(caption_pick(top()->get_panes()[1], "Split Horizontally").picked);
+  EXPECT_EQ(view->get_view_ctrls().size(), 5u);
+  LUM_VIEW_CTRL* inner = top()->get_panes()[1]->get_panes()[0];
+  ASSERT_TRUE(caption_pick(inner, "Unsplit All").picked);
+  EXPECT_FALSE(top()->is_split());
+  EXPECT_EQ(view->get_view_ctrls().size(), 1u);
+  EXPECT_EQ(top()->get_title(), "Summary (Setup)");
+  EXPECT_TRUE(messages.internal_errors.empty());
+}
+
+TEST_F(LumReportBrowser, DraggingASplitBarOffTheEdgeUnsplitsAndKeepsThePageInSight) {
+  load_sample("Summary (Setup)");
+  ASSERT_TRUE(caption_pick(top(), "Split Horizontally").picked);
+  ASSERT_EQ(top()->get_panes().size(), 2u);
+  // The lower pane shows another panel; the bar is dragged down off the bottom.
+  view->set_active_view_ctrl(top()->get_panes()[1], false);
+  tree->open_item(tree->find_item("Text Report"));
+  view->set_active_view_ctrl(top()->get_panes()[0], false);
+  auto* splitter = top()->findChild<QSplitter*>();
+  ASSERT_NE(splitter, nullptr);
+  EXPECT_EQ(splitter->toolTip(), "Drag off to unsplit");
+  QSplitterHandle* handle = splitter->handle(1);
+  const QPoint start = handle->rect().center();
+  QTest::mousePress(handle, Qt::LeftButton, Qt::NoModifier, start);
+  for (int step = 1; step <= 10; ++step)
+    QTest::mouseMove(handle, start + QPoint(0, step * (splitter->height() / 10 + 5)));
+  QTest::mouseRelease(handle, Qt::LeftButton, Qt::NoModifier, start + QPoint(0, splitter->height() + 50));
+  ASSERT_TRUE(lum_test_wait([this] { return !top()->is_split(); }, 2000));
+  EXPECT_EQ(top()->get_title(), "Summary (Setup)");
+  EXPECT_EQ(view->get_view_ctrls().size(), 1u);
 }
 
 TEST_F(LumReportBrowser, RefreshReopensEveryPaneWithTheNewReport) {
@@ -445,6 +598,41 @@ TEST_F(LumReportBrowser, HeaderClicksSortAscendingThenDescendingAndAnotherColumn
   EXPECT_EQ(column(0), (std::vector<std::string>{"clk", "clk2", "clk10"}));
   std::unique_ptr<QMenu> menu(table->create_context_menu());
   EXPECT_FALSE(menu->findChild<QAction*>("undo_sort")->isEnabled());
+}
+
+TEST_F(LumReportBrowser, SortingKeepsAChosenRowInSightAndOtherwiseShowsTheFirstRows) {
+  {
+    RDB_WRITER writer(project.database_file(), RDB_TIMING_REPORT);
+    RDB_PANEL_WRITER panel = writer.begin_panel("Long");
+    RDB_TABLE_WRITER long_table = panel.add_table("", RDB_KIND_TABLE, {"Node"});
+    // The first row sorts to the middle.
+    for (int i = 0; i < 2000; ++i) long_table.add_row({"n" + std::to_string((i * 7919 + 1000) % 2000)});
+    panel.commit();
+  }
+  tree->load_sta_report(true, "Long");
+  LUM_TABLE* table = shown_table(top());
+  ASSERT_NE(table, nullptr);
+  QApplication::processEvents();
+  auto click_title = [table] {
+    QHeaderView* header = table->horizontalHeader();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(header->sectionViewportPosition(0) + 5, header->height() / 2));
+    return lum_test_wait([table] { return !table->get_model()->is_sorting(); });
+  };
+  // A caret that nobody placed (on the first cell) does not drag the view along.
+  table->selectionModel()->setCurrentIndex(table->model()->index(0, 0), QItemSelectionModel::NoUpdate);
+  ASSERT_TRUE(click_title());
+  EXPECT_EQ(table->get_model()->cell_text(0, 0), "n0");
+  EXPECT_EQ(table->verticalScrollBar()->value(), 0);
+  EXPECT_FALSE(table->selectionModel()->hasSelection()) << "a title click sorts and selects nothing";
+  // A row the person clicked stays in sight wherever the sort puts it.
+  table->scrollTo(table->model()->index(700, 0));
+  QApplication::processEvents();
+  QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, table->visualRect(table->model()->index(700, 0)).center());
+  const std::string chosen = table->get_model()->cell_text(table->currentIndex().row(), 0);
+  ASSERT_TRUE(click_title());
+  const QModelIndex now = table->currentIndex();
+  EXPECT_EQ(table->get_model()->cell_text(now.row(), 0), chosen);
+  EXPECT_TRUE(table->viewport()->rect().intersects(table->visualRect(now)));
 }
 
 TEST_F(LumReportBrowser, CopyTakesWholeRowsTabSeparatedAndCsvExportsTheShownOrder) {

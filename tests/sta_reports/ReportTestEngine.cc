@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <tcl.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <unistd.h>
 
@@ -37,6 +38,16 @@ void ReportTestEngine::open_design(const std::string &design, const std::string 
   fs::path source = fs::path(CHRONEL_EXAMPLES_DIR) / design;
   fs::path target = fs::temp_directory_path() /
                     ("chronel_reports_" + std::to_string(getpid()) + "_" + design);
+  // The previous design's copy goes, and the last one when the tests end.
+  static std::string created;
+  if (!created.empty() && created != target.string())
+    fs::remove_all(created);
+  if (created.empty())
+    std::atexit([] {
+      std::error_code ignored;
+      fs::remove_all(created, ignored);
+    });
+  created = target.string();
   fs::remove_all(target);
   fs::create_directories(target);
   for (const fs::directory_entry &entry : fs::directory_iterator(source)) {
