@@ -171,12 +171,14 @@ public:
   std::string get_gui_cmd_name(int command) const;
   std::string get_cmd_template(int command) const;
   // The command `command` filled from row `row` (table numbering, so data
-  // rows start at 1). In the template, "%{C}" stands for the text of column C
-  // of that row written as one Tcl word (braced or backslash-quoted when it
-  // holds blanks, brackets, braces, quotes, "$", ";" or backslashes), and
-  // "%r{C}" for the raw text. C is a column index from 0 or a column title.
-  // Anything else, including a lone "%", is copied as it stands. Empty when
-  // the command or row does not exist.
+  // rows start at 1). The template is a list of Tcl words; in a word, "%{C}"
+  // (or "%r{C}") stands for the text of column C of that row ("%l{C}" for
+  // that text as a one-element Tcl list, for options taking lists), and each filled
+  // word is written back as exactly one Tcl word (braced or backslash-quoted
+  // as needed), so a name can never add words or substitutions. C is a
+  // column index from 0 or a column title. Anything else, including a lone
+  // "%", is copied as it stands. Empty when the command or row does not
+  // exist or the template is not a list of words.
   std::string build_cmd(int command, int row) const;
 
 private:

@@ -1,5 +1,7 @@
 #include "report/lum_report_commands.hh"
 
+#include "report/lum_stored_command.hh"
+
 #include "engine/lum_console_ctrl.hh"
 #include "engine/lum_frame_iface.hh"
 #include "platform/atcl.hh"
@@ -32,6 +34,17 @@ void lum_report_run_command(const std::string& command) {
   LUM_CONSOLE_CTRL* console = detached_frame->get_console();
   if (!MSG_ASSERT(console != nullptr, "lum_table")) return;
   console->run_command(command);
+}
+
+bool lum_report_run_stored_command(const std::string& command) {
+  std::string reason;
+  if (!lum_stored_command_is_runnable(command, &reason)) {
+    lum_report_warning("LUM-REPORT-5", "A command stored in the report database was not run, because " + reason +
+                                           ". The command is: " + command);
+    return false;
+  }
+  lum_report_run_command(command);
+  return true;
 }
 
 char lum_report_netlist_is_created() {

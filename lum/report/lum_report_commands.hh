@@ -15,6 +15,12 @@
 // Routes one command line as described above.
 void lum_report_run_command(const std::string& command);
 
+// Routes a command taken from a report database (a panel's command for
+// Regenerate, a table's row command) only when lum_stored_command_is_runnable
+// allows it; otherwise the command is shown as text in a warning and not run.
+// Returns whether it was sent.
+bool lum_report_run_stored_command(const std::string& command);
+
 // Replaces the way to the engine (null restores the console). Lines that
 // begin "lum_" never reach the sink.
 using LUM_ENGINE_COMMAND_SINK = std::function<void(const std::string& command)>;

@@ -430,7 +430,7 @@ void LUM_STA_REPORT_TOC_TREE::on_panel_regenerate() {
   while (m_model.rows()[row].parent >= 0) row = m_model.rows()[row].parent;
   // The engine calls back lum_reload_sta_report, which opens the panel again.
   set_second_pending_open_name(m_model.rows()[row].label);
-  lum_report_run_command(m_model.rows()[row].command);
+  lum_report_run_stored_command(m_model.rows()[row].command);
 }
 
 void LUM_STA_REPORT_TOC_TREE::on_panel_regenerate_all_out_of_date() {
@@ -446,7 +446,7 @@ void LUM_STA_REPORT_TOC_TREE::on_panel_regenerate_all_out_of_date() {
                                              "\" cannot be regenerated: the command that made it is not known.");
       continue;
     }
-    lum_report_run_command(panel.command);
+    lum_report_run_stored_command(panel.command);
   }
 }
 

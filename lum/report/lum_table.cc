@@ -411,7 +411,8 @@ QMenu* LUM_TABLE::create_context_menu() {
       action->setObjectName(QStringLiteral("tcl_command_%1").arg(i));
       action->setEnabled(netlist);
       connect(action, &QAction::triggered, this, [this, i] {
-        for (const std::string& line : commands_for_selection(i)) run_command(line);
+        // The commands come from the report database: only literal report commands run.
+        for (const std::string& line : commands_for_selection(i)) lum_report_run_stored_command(line);
       });
     }
   }

@@ -99,7 +99,9 @@ class LUM_TABLE : public QTableView {
   // The command lines of command `command` for the selected rows, in
   // selection order.
   std::vector<std::string> commands_for_selection(int command) const;
-  // Routes one command line (lum_report_run_command).
+  // Routes one command line (lum_report_run_command). The context menu's
+  // row commands, which come from the database, go through
+  // lum_report_run_stored_command instead.
   void run_command(const std::string& command);
 
   // The context menu as it would pop up now (the caller owns it).

@@ -38,7 +38,7 @@ ReportTable domain_summary_table(const std::vector<DomainSummaryRow> &rows, Anal
   const std::string title = analysis_title(analysis);
   table.commands = {
     {"Report Worst Paths",
-     "report_timing -to_clock %{Clock}" + flag + " -npaths 10 -panel_name {Worst " + title +
+     "report_timing -to_clock %l{Clock}" + flag + " -npaths 10 -panel_name {Worst " + title +
        " Paths (%r{Clock})}"},
     {"Report Slack Histogram",
      "create_slack_histogram -clock_name %{Clock}" + flag},
@@ -79,7 +79,7 @@ ReportTable clock_transfers_table(const std::vector<ClockTransferRow> &rows)
     std::string flag = analysis[0] == 'S' ? "-setup" : "-hold";
     table.commands.push_back(
       {std::string("Report Worst ") + analysis + " Paths",
-       "report_timing -from_clock %{From Clock} -to_clock %{To Clock} " + flag +
+       "report_timing -from_clock %l{From Clock} -to_clock %l{To Clock} " + flag +
          " -npaths 10 -panel_name {" + analysis + " Transfer (%r{From Clock} to %r{To Clock})}"});
   }
   for (const ClockTransferRow &row : rows)

@@ -1,9 +1,10 @@
 // Logic of the report browser that needs no screen: the natural comparison
 // and its sort keys, the rules for panel names, commands, file names and
-// splits, the text and copy compositions, and the table model's paging and
+// splits, which stored commands may run, the text and copy compositions, and the table model's paging and
 // sorting over an in-memory row source.
 #include "report/lum_lexcmp.hh"
 #include "report/lum_report_rules.hh"
+#include "report/lum_stored_command.hh"
 #include "report/lum_table.hh"
 #include "report/lum_table_model.hh"
 #include "report/lum_table_sort.hh"
@@ -19,6 +20,68 @@
 #include <random>
 
 namespace {
+
+// ---- commands stored in a report database ----------------------------------------
+
+TEST(LumStoredCommand, RunsOnlyLiteralReportCommandsOfTheEngine) {
+  const char* const runnable[] = {
+      "create_timing_summary -setup -panel_name \"Summary (Setup)\"",
+      "report_timing -to_clock {a [exec touch x] b} -setup -npaths 10 -panel_name {Worst}",  // braced: literal
+      "report_timing -to_clock a\\}\\ \\[exec\\ x\\] -setup",  // backslash-quoted: literal
+      "report_timing -to_clock clk\\{ -panel_name {Worst Setup Paths (clk\\{)}",
+      "report_clocks -panel_name \"Clocks Summary\";",  // the command's own terminator
+      "  report_clock_transfers  ",
+      "create_slack_histogram -clock_name {$clk} -setup",
+      "report_timing -from_clock #hash",
+  };
+  for (const char* command : runnable) {
+    std::string reason;
+    EXPECT_TRUE(lum_stored_command_is_runnable(command, &reason)) << command << ": " << reason;
+  }
+}
+
+TEST(LumStoredCommand, RefusesHostileOrForeignCommandsAndSaysWhy) {
+  struct CASE {
+    std::string command;
+    const char* reason;  // part of the reason given
+  };
+  const CASE cases[] = {
+      {"report_timing -to_clock [exec touch x]", "command substitution"},
+      {"report_timing -panel_name \"Paths [exec touch x]\"", "command substitution"},
+      {"report_timing -to_clock a}[exec touch x]{b", "command substitution"},
+      // A raw clock name put inside braces by an old template.
+      {"report_timing -panel_name {Worst Setup Paths (a} [exec touch x] {b)}", "command substitution"},
+      {"report_timing -to_clock $env(HOME)", "variable"},
+      {"report_timing -to_clock ${x}", "variable"},
+      {"report_timing {*}[list -to_clock x]", "{*}"},
+      {"report_clocks; exec touch x", "second command"},
+      {"report_clocks ;exec touch x", "second command"},
+      {"report_clocks\nexec touch x", "more than one line"},
+      {"report_clocks \\\nexec touch x", "more than one line"},  // backslash-newline
+      {"report_clocks \r", "more than one line"},
+      {"report_timing -panel_name {Worst", "not a well-formed"},          // an open brace swallows later lines
+      {"report_timing -panel_name \"Worst", "not a well-formed"},
+      {std::string("report_clocks -panel_name \"a\0b\"", 31), "NUL"},
+      {"lum_open_project -vpf x", "front end"},
+      {"lum_test_record x", "front end"},
+      {"exec touch x", "not one of the engine's report commands"},
+      {"source evil.tcl", "not one of the engine's report commands"},
+      {"::report_timing -setup", "not one of the engine's report commands"},
+      {"[exec touch x] -setup", "command substitution"},
+      {"delete_timing_report_panel -name x", "not one of the engine's report commands"},
+      {"# report_timing", "comment"},
+      {"", "empty"},
+      {"   ", "empty"},
+      {"report_timing -file /tmp/x", "-file"},
+      {"report_timing -fi /tmp/x", "-file"},
+      {"report_timing -f\\ile /tmp/x", "-file"},  // the word's value is "-file"
+  };
+  for (const CASE& c : cases) {
+    std::string reason;
+    EXPECT_FALSE(lum_stored_command_is_runnable(c.command, &reason)) << c.command;
+    EXPECT_NE(reason.find(c.reason), std::string::npos) << c.command << ": " << reason;
+  }
+}
 
 int sign(int value) { return (value > 0) - (value < 0); }
 

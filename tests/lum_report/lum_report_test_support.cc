@@ -75,7 +75,8 @@ void lum_write_sample_report(const std::string& file) {
     RDB_PANEL_WRITER panel = writer.begin_panel("Commands");
     RDB_TABLE_WRITER table = panel.add_tcl_table(
         "", {"Node", "Slack"},
-        {{"Report Node", "report_node -name %{Node}"}, {"Echo Node", "lum_test_record %{Node}"}});
+        {{"Report Node", "report_timing -to %{Node} -panel_name {Path to %{Node}}"},
+         {"Echo Node", "lum_test_record %{Node}"}});
     table.add_row({"a/b c", "1"});
     table.add_row({"d", "2"});
     panel.commit();

@@ -1,5 +1,6 @@
 // Command templates of Tcl tables: a cell with blanks, brackets, braces,
-// quotes or "$" still reaches Tcl as exactly the one word it was.
+// quotes, "$" or line breaks still reaches Tcl as exactly the one word it
+// was, alone or inside a longer word, and the command stays on one line.
 #include "rdb_test_util.hh"
 
 #include "rdb/rdb_tcl_cmd.hh"
@@ -28,22 +29,25 @@ std::vector<std::string> tcl_words(const std::string& command) {
   return result;
 }
 
-TEST(RDB_TCL_CMD, OddCellTextsBecomeExactlyOneTclWord) {
+TEST(RDB_TCL_CMD, OddCellTextsBecomeExactlyOneTclWordOnOneLine) {
   const std::vector<std::string> names = {
       "plain",      "u1/reg[3]",  "a b",          "say \"hi\"", "$clk",     "{unbalanced",
       "closing}",   "{a} {b}",    "back\\slash",  "semi;colon", "#hash",    "",
-      "tab\there",  "new\nline",  "trailing\\",   "}{",         "\\{x}",    "[get_pins *]"};
+      "tab\there",  "new\nline",  "trailing\\",   "}{",         "\\{x}",    "[get_pins *]",
+      "a} [exec touch x] {b",     "clk{",         "cr\rlf",     "x\\\ny"};
   for (const std::string& name : names) {
     SCOPED_TRACE(name);
-    std::string command = rdb_fill_command_template("report_timing -to %{0} -from %{Name}",
-                                                    {"Name"}, {name});
-    EXPECT_EQ(tcl_words(command),
-              (std::vector<std::string>{"report_timing", "-to", name, "-from", name}))
+    // The summary table's row command: the name alone and inside a longer word.
+    std::string command = rdb_fill_command_template(
+        "report_timing -to %{0} -from %{Name} -panel_name {Worst Paths (%r{Name})}", {"Name"}, {name});
+    EXPECT_EQ(tcl_words(command), (std::vector<std::string>{"report_timing", "-to", name, "-from", name,
+                                                            "-panel_name", "Worst Paths (" + name + ")"}))
         << command;
+    EXPECT_EQ(command.find_first_of("\n\r"), std::string::npos) << command;
   }
 }
 
-TEST(RDB_TCL_CMD, TemplatesFillRawPlaceholdersAndLeaveOtherTextAlone) {
+TEST(RDB_TCL_CMD, TemplatesAreWordsAndEachFilledWordIsQuotedWhole) {
   struct CASE {
     const char* command_template;
     const char* expected;
@@ -51,20 +55,27 @@ TEST(RDB_TCL_CMD, TemplatesFillRawPlaceholdersAndLeaveOtherTextAlone) {
   const std::vector<std::string> columns = {"From", "To Node"};
   const std::vector<std::string> cells = {"a b", "x[1]"};
   for (const CASE& c : std::vector<CASE>{
-           {"lum_show %r{From}", "lum_show a b"},
-           {"report -panel_name \"Path to %r{To Node}\"", "report -panel_name \"Path to x[1]\""},
+           {"lum_show %r{From}", "lum_show {a b}"},  // a cell never adds a word
+           {"report -panel_name \"Path to %r{To Node}\"", "report -panel_name {Path to x[1]}"},
            {"format %5.2f%% %{1}", "format %5.2f%% {x[1]}"},
            {"100% %", "100% %"},
-           {"open %{0", "open %{0"},
-           {"%{0}%{1}", "{a b}{x[1]}"},
+           {"open %{0", "open %\\{0"},
+           {"%{0}%{1}", "{a bx[1]}"},
+           {"#x %{0}", "{#x} {a b}"},  // a first word is never a comment
+           {"report -to %l{0} -from %l{1}", "report -to {{a b}} -from {{x[1]}}"},  // one-element lists
        }) {
     std::string error;
     EXPECT_EQ(rdb_fill_command_template(c.command_template, columns, cells, &error), c.expected);
     EXPECT_EQ(error, "");
   }
   std::string error;
-  EXPECT_EQ(rdb_fill_command_template("x %{2} %{Nope}", columns, cells, &error), "x  ");
+  EXPECT_EQ(rdb_fill_command_template("x %{2} %{Nope}", columns, cells, &error), "x");
   EXPECT_NE(error.find("%{2}"), std::string::npos);
+  for (const char* broken : {"report {open", "report \"open", "a\x01" "b"}) {
+    error.clear();
+    EXPECT_EQ(rdb_fill_command_template(broken, columns, cells, &error), "") << broken;
+    EXPECT_NE(error, "") << broken;
+  }
 }
 
 class RDB_TCL_TABLE_TEST : public RDB_TEST {};

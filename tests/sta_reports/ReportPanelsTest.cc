@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -289,6 +290,42 @@ TEST(TimingPanel, ClocksCombineWithPointsAsBothConditions)
   }
   // The engine is still sound after the mixed searches.
   test.must("report_timing -npaths 3 -panel_name After");
+}
+
+TEST(TimingSummary, RowCommandsCarryClockNamesThatBreakQuotingAsOneWord)
+{
+  // A name that would close a brace and run exec, one that opens a brace and
+  // would swallow every later line, and one with a blank (-to_clock takes a list).
+  const std::string marker = "chronel_quoting_marker";
+  for (const std::string &clock :
+       {"a} [exec touch " + marker + "] {b", std::string("clk{"), std::string("fast clk")}) {
+    SCOPED_TRACE(clock);
+    std::string quoted;
+    for (char c : clock) {
+      if (std::strchr("{}[]$\\\"", c))
+        quoted += '\\';
+      quoted += c;
+    }
+    ReportTestEngine &test = ReportTestEngine::with_design(
+      "datapath", "create_clock -name \"" + quoted + "\" -period 6.5 [get_ports clk]");
+    test.must("create_timing_summary -setup -panel_name \"Summary (Setup)\"");
+    auto report = test.open_report();
+    auto *table = dynamic_cast<RDB_TCL_TABLE_OBJECT *>(report->find_object("Summary (Setup)"));
+    ASSERT_TRUE(table);
+    int row = 1;
+    while (row < table->get_number_of_rows() && table->get_data(row, 0) != clock)
+      row++;
+    ASSERT_LT(row, table->get_number_of_rows());
+    for (int command = 0; command < table->get_number_of_cmds(); command++) {
+      std::string line = table->build_cmd(command, row);
+      EXPECT_EQ(line.find('\n'), std::string::npos) << line;
+      test.must(line);
+    }
+    report.reset();
+    EXPECT_TRUE(test.open_report()->find_object("Worst Setup Paths (" + clock + ")"));
+    EXPECT_FALSE(std::filesystem::exists(marker));
+    EXPECT_FALSE(std::filesystem::exists(test.project_dir() + "/" + marker));
+  }
 }
 
 TEST(TimingSummary, EveryAnalysisWritesATclTableWhoseRowsDrillDown)
