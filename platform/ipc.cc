@@ -4,13 +4,16 @@
 
 #include "platform/msg.hh"
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <exception>
+#include <thread>
 #include <vector>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -42,13 +45,14 @@ ssize_t ipc_read(int fd, char* buffer, size_t length) {
 // The child's side after fork(): only async-signal-safe calls until exec. On
 // failure the errno value goes back through the status pipe.
 [[noreturn]] void ipc_exec_child(const char* program, char* const argv[], int stdin_fd,
-                                 int stdout_fd, int status_fd, const char* working_dir) {
+                                 int stdout_fd, int stderr_fd, int status_fd, const char* working_dir) {
   std::signal(SIGPIPE, SIG_DFL);
   // dup2 onto itself keeps close-on-exec, so clear it by hand in that case.
   auto move_to = [](int fd, int target) {
     return fd == target ? ::fcntl(fd, F_SETFD, 0) : ::dup2(fd, target);
   };
-  if (move_to(stdin_fd, STDIN_FILENO) < 0 || move_to(stdout_fd, STDOUT_FILENO) < 0) {
+  if (move_to(stdin_fd, STDIN_FILENO) < 0 || move_to(stdout_fd, STDOUT_FILENO) < 0 ||
+      move_to(stderr_fd, STDERR_FILENO) < 0) {
     int error = errno;
     (void)!::write(status_fd, &error, sizeof error);
     ::_exit(127);
@@ -163,6 +167,16 @@ int IPC_COMMAND::run(const char* command_line, const char* input_file, const cha
     ipc_close(&our_stdin);
     return fail(std::string("pipe: ") + std::strerror(errno));
   }
+  // The child's standard error goes through us: it still reaches our own
+  // standard error, and its last part is kept for get_stderr_tail().
+  int err_fds[2];
+  if (::pipe2(err_fds, O_CLOEXEC) != 0) {
+    ipc_close(&child_stdin);
+    ipc_close(&our_stdin);
+    ipc_close(&out_fds[0]);
+    ipc_close(&out_fds[1]);
+    return fail(std::string("pipe: ") + std::strerror(errno));
+  }
   // Closed by a successful exec; carries errno back when exec (or the set-up
   // before it) fails, so a missing program is reported instead of hanging.
   int status_fds[2];
@@ -171,20 +185,24 @@ int IPC_COMMAND::run(const char* command_line, const char* input_file, const cha
     ipc_close(&our_stdin);
     ipc_close(&out_fds[0]);
     ipc_close(&out_fds[1]);
+    ipc_close(&err_fds[0]);
+    ipc_close(&err_fds[1]);
     return fail(std::string("pipe: ") + std::strerror(errno));
   }
   const char* dir = working_dir != nullptr && *working_dir != '\0' ? working_dir : nullptr;
 
   pid_t pid = ::fork();
-  if (pid == 0) ipc_exec_child(program.c_str(), argv.data(), child_stdin, out_fds[1],
+  if (pid == 0) ipc_exec_child(program.c_str(), argv.data(), child_stdin, out_fds[1], err_fds[1],
                                status_fds[1], dir);
   int fork_errno = errno;
   ipc_close(&child_stdin);
   ipc_close(&out_fds[1]);
+  ipc_close(&err_fds[1]);
   ipc_close(&status_fds[1]);
   if (pid < 0) {
     ipc_close(&our_stdin);
     ipc_close(&out_fds[0]);
+    ipc_close(&err_fds[0]);
     ipc_close(&status_fds[0]);
     return fail(std::string("fork: ") + std::strerror(fork_errno));
   }
@@ -195,6 +213,7 @@ int IPC_COMMAND::run(const char* command_line, const char* input_file, const cha
   if (got > 0) {
     ipc_close(&our_stdin);
     ipc_close(&out_fds[0]);
+    ipc_close(&err_fds[0]);
     while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
     }
     std::string where = dir != nullptr && exec_errno != 0 && got == sizeof exec_errno
@@ -208,8 +227,40 @@ int IPC_COMMAND::run(const char* command_line, const char* input_file, const cha
     m_pid = pid;
     m_stdin_fd = our_stdin;
     m_status = STATUS_RUNNING;
+    m_exit_code = -1;
+    m_exit_signal = 0;
+    m_stderr_tail.clear();
     m_status_changed.notify_all();
   }
+
+  // Standard error is read on a thread of its own, so that neither stream
+  // can block the other. It stops at end of file, or soon after the child
+  // has been reaped (a grandchild may hold the pipe open).
+  std::atomic<bool> child_reaped{false};
+  std::thread stderr_reader([this, fd = err_fds[0], &child_reaped] {
+    char block[4096];
+    for (;;) {
+      pollfd wait_for{fd, POLLIN, 0};
+      int ready = ::poll(&wait_for, 1, 100);
+      if (ready < 0 && errno != EINTR) break;
+      if (ready <= 0) {
+        if (child_reaped.load()) break;
+        continue;
+      }
+      ssize_t n = ipc_read(fd, block, sizeof block);
+      if (n <= 0) break;
+      size_t written = 0;
+      while (written < static_cast<size_t>(n)) {
+        ssize_t w = ::write(STDERR_FILENO, block + written, static_cast<size_t>(n) - written);
+        if (w <= 0 && errno != EINTR) break;
+        if (w > 0) written += static_cast<size_t>(w);
+      }
+      std::lock_guard<std::mutex> lock(m_mutex);
+      m_stderr_tail.append(block, static_cast<size_t>(n));
+      if (m_stderr_tail.size() > 2 * STDERR_TAIL_BYTES)
+        m_stderr_tail.erase(0, m_stderr_tail.size() - STDERR_TAIL_BYTES);
+    }
+  });
 
   // A line handler that throws must not leave the child and its pipes behind:
   // the failure is a broken invariant, reported, and reading goes on.
@@ -280,8 +331,15 @@ int IPC_COMMAND::run(const char* command_line, const char* input_file, const cha
   int result = WIFEXITED(wait_status)     ? WEXITSTATUS(wait_status)
                : WIFSIGNALED(wait_status) ? 128 + WTERMSIG(wait_status)
                                           : -1;
+  child_reaped.store(true);
+  stderr_reader.join();
+  ipc_close(&err_fds[0]);
   {
     std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_stderr_tail.size() > STDERR_TAIL_BYTES)
+      m_stderr_tail.erase(0, m_stderr_tail.size() - STDERR_TAIL_BYTES);
+    m_exit_code = WIFEXITED(wait_status) ? WEXITSTATUS(wait_status) : -1;
+    m_exit_signal = WIFSIGNALED(wait_status) ? WTERMSIG(wait_status) : 0;
     m_status = STATUS_ENDED;
     m_status_changed.notify_all();
   }
@@ -332,6 +390,17 @@ void IPC_COMMAND::close_stdin() {
   std::lock_guard<std::mutex> write_lock(m_write_mutex);
   std::lock_guard<std::mutex> lock(m_mutex);
   ipc_close(&m_stdin_fd);
+}
+
+void IPC_COMMAND::get_exit(int* code, int* signal_number) const {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  if (code != nullptr) *code = m_exit_code;
+  if (signal_number != nullptr) *signal_number = m_exit_signal;
+}
+
+std::string IPC_COMMAND::get_stderr_tail() const {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  return m_stderr_tail;
 }
 
 std::string IPC_COMMAND::get_start_error() const {

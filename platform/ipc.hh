@@ -52,6 +52,14 @@ class IPC_COMMAND {
   // Closes the child's standard input (the child sees end of file).
   void close_stdin();
 
+  // How the last child ended, once get_process_status() is STATUS_ENDED: its
+  // exit code (-1 when a signal ended it) and the signal (0 when it exited).
+  void get_exit(int* code, int* signal_number) const;
+  // The last part (up to STDERR_TAIL_BYTES) of what the child wrote to its
+  // standard error; the whole of it also goes on to our own standard error.
+  static constexpr size_t STDERR_TAIL_BYTES = 8192;
+  std::string get_stderr_tail() const;
+
   // Why the last run() returned -1 (e.g. "cannot run \"x\": No such file or
   // directory"); empty after a successful start.
   std::string get_start_error() const;
@@ -73,4 +81,7 @@ class IPC_COMMAND {
   // without blocking status queries behind a full pipe.
   std::mutex m_write_mutex;
   std::string m_start_error;
+  int m_exit_code = -1;
+  int m_exit_signal = 0;
+  std::string m_stderr_tail;
 };

@@ -72,6 +72,30 @@ bool LUM_CONSOLE_CTRL::is_kro_running() const {
   return m_thread != nullptr && m_ipc_object && !m_ipc_object->has_ended();
 }
 
+LUM_ENGINE_END LUM_CONSOLE_CTRL::get_engine_end() const {
+  LUM_ENGINE_END end;
+  if (!m_ipc_object) return end;
+  m_ipc_object->get_exit(&end.exit_code, &end.signal_number);
+  end.last_error_lines = lum_last_lines(m_ipc_object->get_stderr_tail(), 12);
+  return end;
+}
+
+bool LUM_CONSOLE_CTRL::restart() {
+  m_awaiting_continuation = false;
+  m_pending.clear();
+  set_kro_is_busy(true);
+  const bool started = open_pipes();
+  if (started) {
+    // The new engine's first prompt is already posted; show it at once.
+    atcl_flush_queue(1, 0);
+    while (m_display.has_lines()) drain_lines();
+    m_interactive = true;
+  } else {
+    set_kro_is_busy(false);
+  }
+  return started;
+}
+
 bool LUM_CONSOLE_CTRL::open_pipes() {
   emit kro_loading(true);
   struct LOADING_GUARD {
@@ -211,6 +235,8 @@ void LUM_CONSOLE_CTRL::run_next_command() {
     set_kro_is_busy(false);
     if (LUM_FRAME_IFACE* frame = lum_get_frame()) frame->post_close_request();
   } else {
+    for (std::string& constraint : lum_constraint_commands(command))
+      m_session_constraints.push_back(std::move(constraint));
     write_to_kro(command.c_str());
   }
   // Without a running engine (switched off, or ended) no prompt will end the
@@ -395,6 +421,8 @@ void LUM_CONSOLE_CTRL::on_kro_exited() {
   LUM_FRAME_IFACE* frame = lum_get_frame();
   if (!MSG_ASSERT(frame != NULL, MODULE)) return;
   if (cfg_is_on("lum_dont_startup_sta") || m_shutting_down) return;
+  // A frame that can keep its window says why and offers a restart itself.
+  if (frame->engine_ended(get_engine_end())) return;
   msg_show_catalogue_message(LUM_MSG_STA_EXITED);
   frame->post_close_request();
 }

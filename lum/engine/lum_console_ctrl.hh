@@ -32,6 +32,7 @@
 #include <vector>
 
 #include "lum_console_model.hh"
+#include "lum_engine_end.hh"
 #include "lum_frame_iface.hh"
 #include "lum_ipc_object.hh"
 #include "lum_msg_display.hh"
@@ -83,6 +84,12 @@ class LUM_CONSOLE_CTRL : public QObject {
   LUM_IPC_OBJECT* get_ipc_object() const { return m_ipc_object.get(); }
   // True while a reader thread exists and has not ended.
   bool is_kro_running() const;
+  // After the engine has ended: how, and the last lines of its standard error.
+  LUM_ENGINE_END get_engine_end() const;
+  // Starts a new engine after the last one died, keeping the console's rows
+  // and history; commands still queued for the dead engine are dropped.
+  // Returns open_pipes().
+  bool restart();
 
   // ---- commands ------------------------------------------------------------------
   // The one way to the engine. Without a result vector the command is queued,
@@ -97,6 +104,10 @@ class LUM_CONSOLE_CTRL : public QObject {
   // history_entry_added.
   void print_current_command();
   size_t pending_count() const { return m_pending.size(); }
+  // The constraint commands sent to the engine in this session, in order
+  // (recorded as they are written; see lum_constraint_commands).
+  const std::vector<std::string>& get_session_constraints() const { return m_session_constraints; }
+  void clear_session_constraints() { m_session_constraints.clear(); }
   const std::string& get_current_command() const { return m_current_command; }
 
   // The main frame, or null (the console reaches it only through this interface).
@@ -194,6 +205,7 @@ class LUM_CONSOLE_CTRL : public QObject {
   std::vector<std::string> m_history;  // newest first
   int m_history_cursor = -1;           // -1: at the edit line
   std::string m_current_command;
+  std::vector<std::string> m_session_constraints;
   QTimer m_timer;
   QTimer m_drain_soon;
   bool m_last_drain_hit_budget = false;

@@ -8,6 +8,7 @@
 #include <vector>
 
 class LUM_CONSOLE_CTRL;
+struct LUM_ENGINE_END;
 
 // The values of "lum_edit_clock" for the create clock dialog ("base" and
 // "virtual" clocks) and the create generated clock dialog; empty texts leave
@@ -42,6 +43,10 @@ class LUM_FRAME_IFACE {
   virtual void show_busy(bool busy) = 0;
   // Asks the frame to close, later, from the event loop (like a posted close request).
   virtual void post_close_request() = 0;
+  // The engine died by itself. A frame that keeps its window (says why,
+  // offers a restart and the session's constraints) returns true; false
+  // lets the console report the end and close the frame.
+  virtual bool engine_ended(const LUM_ENGINE_END& /*end*/) { return false; }
 
   // The four state flags, one character each: '1', '0' or 'e'.
   virtual char get_state_flag(LUM_STATE_FLAG flag) const = 0;

@@ -21,6 +21,8 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
+#include <fstream>
+
 #include <tinyxml2.h>
 
 #include <fstream>
@@ -29,6 +31,7 @@
 #include "engine/lum_console_view.hh"
 #include "engine/lum_help.hh"
 #include "frame/lum_command_lines.hh"
+#include "frame/lum_engine_ended_dlg.hh"
 #include "frame/lum_file_dialogs.hh"
 #include "frame/lum_frame_icons.hh"
 #include "frame/lum_home_page.hh"
@@ -667,6 +670,59 @@ void LUM_DETACHED_FRAME::post_close_request() {
   QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
 }
 
+bool LUM_DETACHED_FRAME::engine_ended(const LUM_ENGINE_END& end) {
+  // What the engine knew went with it; the project is remembered for the restart.
+  m_project_is_open = '0';
+  m_netlist_is_created = '0';
+  m_sdc_file_is_loaded = '0';
+  m_netlist_is_up_to_date = '0';
+  m_clock_names.clear();
+  update_tasks_status();
+  update_command_states();
+  set_status_pane_text(1, "Stopped");
+  const int constraints = static_cast<int>(m_console->get_session_constraints().size());
+  LUM_ENGINE_ENDED_DLG::ACTIONS actions;
+  actions.save_constraints = [this] { return save_session_constraints(); };
+  actions.restart = [this] { restart_engine(); };
+  auto* box = new LUM_ENGINE_ENDED_DLG(this, end, constraints,
+                                       project_recorded() ? lum_path_base_name(m_project_path) : std::string(),
+                                       std::move(actions));
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->open();
+  return true;
+}
+
+std::string LUM_DETACHED_FRAME::save_session_constraints() {
+  LUM_FILE_REQUEST request;
+  request.save = true;
+  request.title = "Save Constraints as SDC File";
+  request.default_suffix = "sdc";
+  request.default_name = "session.sdc";
+  request.filters = {"SDC Files (*.sdc)", "All Files (*)"};
+  if (project_recorded()) request.directory = QString::fromStdString(lum_path_directory(m_project_path));
+  const std::string path = lum_ask_file(this, request);
+  if (path.empty()) return std::string();
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out << lum_session_sdc_text(m_console->get_session_constraints());
+  out.flush();
+  if (!out) return "The file \"" + path + "\" could not be written.";
+  return "The constraints were saved to \"" + path + "\".";
+}
+
+void LUM_DETACHED_FRAME::restart_engine() {
+  const std::string project = m_project_path;
+  const std::string revision = m_revision;
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+  const bool started = m_console->restart();
+  QApplication::restoreOverrideCursor();
+  if (!started) {
+    msg_show_catalogue_message(LUM_MSG_CANT_RESTART_KRO);
+    return;
+  }
+  set_status_pane_text(1, "Ready");
+  if (!project.empty()) sta_open_project(project.c_str(), revision.c_str());
+}
+
 // ---- state flags -----------------------------------------------------------------------
 
 char LUM_DETACHED_FRAME::get_state_flag(LUM_STATE_FLAG flag) const {
@@ -824,6 +880,8 @@ bool LUM_DETACHED_FRAME::close_project() {
 void LUM_DETACHED_FRAME::sta_close_project() { run_engine_command("project_close"); }
 
 void LUM_DETACHED_FRAME::sta_closed_a_project() {
+  // Constraints sent so far belonged to the project that closed.
+  if (m_console != nullptr) m_console->clear_session_constraints();
   m_project_path.clear();
   m_revision.clear();
   m_family_has_rise_fall = false;

@@ -39,6 +39,9 @@ class QProgressBar;
 // Catalogue messages of the frame.
 #define LUM_MSG_CANT_CLOSE_WHILE_KRO_IS_BUSY \
   "Cannot close while the Chronel Timing Analyzer is busy./OLUM_CANT_CLOSE_WHILE_KRO_IS_BUSY"
+#define LUM_MSG_CANT_RESTART_KRO                                                                 \
+  "The Chronel Timing Analyzer (vexa_sta) could not be started again.  The window stays open; "  \
+  "close it and start the program anew./OLUM_CANT_RESTART_KRO"
 #define LUM_MSG_PROMPT_TO_WRITE_SDC                                                              \
   "SDC commands made during the session are not automatically saved.  Do you want to write an " \
   "SDC file now?/YNCLUM_PROMPT_TO_WRITE_SDC"
@@ -147,6 +150,12 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   // Returns whether a command was sent.
   bool write_sdc(bool closing);
   void run_tcl_script();
+  // After the engine died: writes the constraint commands sent in this
+  // session to a file the user picks; returns what to tell the user (empty
+  // when cancelled).
+  std::string save_session_constraints();
+  // Starts the engine again and reopens the project that was open.
+  void restart_engine();
 
   // ---- window ----------------------------------------------------------------------
   void update_frame_title();
@@ -160,6 +169,8 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   void set_status_pane_text(int pane, const std::string& text) override;
   void show_busy(bool busy) override;
   void post_close_request() override;
+  // Keeps the window and opens the engine-ended box (LUM_ENGINE_ENDED_DLG).
+  bool engine_ended(const LUM_ENGINE_END& end) override;
   char get_state_flag(LUM_STATE_FLAG flag) const override;
   void set_state_flag(LUM_STATE_FLAG flag, char value) override;
   void set_netlist_is_created(char value) override;

@@ -5,8 +5,12 @@
 // reason) while the engine or the example project is not built yet.
 #include <QAction>
 #include <QFileInfo>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QProcess>
 
+#include <csignal>
 #include <fstream>
 #include <sstream>
 
@@ -14,6 +18,7 @@
 #include "engine/lum_console_model.hh"
 #include "engine/lum_console_view.hh"
 #include "frame/lum_detached_frame.hh"
+#include "frame/lum_engine_ended_dlg.hh"
 #include "frame/lum_entry.hh"
 #include "lum_frame_test_support.hh"
 
@@ -120,6 +125,68 @@ TEST_F(FrameWithEngine, OpenBuildTypeAndCloseWithTheSdcQuestion) {
   std::stringstream text;
   text << in.rdbuf();
   EXPECT_NE(text.str().find("vclk"), std::string::npos) << text.str();
+}
+
+TEST_F(FrameWithEngine, AnEngineKilledMidCommandOffersItsConstraintsAndARestart) {
+  auto* frame = static_cast<LUM_DETACHED_FRAME*>(lum_dyn_adv_kro_tool());
+  ASSERT_NE(frame, nullptr);
+  ASSERT_TRUE(lum_open_project_file(kExample.c_str()));
+  LUM_CONSOLE_CTRL* console = frame->get_console_ctrl();
+  ASSERT_TRUE(wait_until([&] { return frame->get_state_flag(LUM_STATE_FLAG::PROJECT_IS_OPEN) == '1' && !console->is_busy(); }, 60000));
+  frame->find_action(LUM_ID_CREATE_TIMING_NETLIST)->trigger();
+  ASSERT_TRUE(wait_until([&] { return frame->get_state_flag(LUM_STATE_FLAG::NETLIST_IS_CREATED) == '1' && !console->is_busy(); }, 120000));
+
+  // Constraints as a user sends them: typed one by one, two on one line,
+  // names that need quoting, and one the engine refuses (kept all the same).
+  const std::vector<std::string> sent = {
+      "create_clock -name {fast clk} -period 2.5",
+      "set_input_delay 0.4 -clock {fast clk} [all_inputs]",
+      "set_output_delay 0.3 -clock {fast clk} [all_outputs]",
+      "set_false_path -from [get_clocks {fast clk}] -to [get_clocks {fast clk}]",
+      "set_max_delay 7 -to [all_outputs]",
+      "create_clock -name broken -period",
+  };
+  for (size_t i = 0; i < 4; ++i) console->run_command(sent[i]);
+  console->run_command(sent[4] + "; puts between; " + sent[5]);
+  // The engine leaves a line on its real standard error (Tcl's own stderr
+  // channel is console text), then is killed in the middle of a command that
+  // would run for half a minute.
+  console->run_command("set f [open /dev/stderr w]; puts $f {engine: about to be stopped}; close $f; after 30000");
+  ASSERT_TRUE(wait_until([&] { return console->pending_count() == 0 && console->get_current_command().rfind("set f", 0) == 0; }, 60000));
+  QTest::qWait(500);
+  ASSERT_TRUE(console->is_busy());
+  console->get_ipc_object()->kill_child(SIGKILL);
+
+  LUM_ENGINE_ENDED_DLG* box = nullptr;
+  ASSERT_TRUE(wait_until([&] { return (box = frame->findChild<LUM_ENGINE_ENDED_DLG*>()) != nullptr; }, 15000));
+  EXPECT_EQ(LUM_DETACHED_FRAME::get_instance(), frame) << "the window stays";
+  EXPECT_TRUE(m_boxes.empty());
+  EXPECT_NE(box->findChild<QLabel*>("reason")->text().indexOf("signal 9"), -1)
+      << box->findChild<QLabel*>("reason")->text().toStdString();
+  ASSERT_NE(box->findChild<QPlainTextEdit*>("error_output"), nullptr);
+  EXPECT_NE(box->findChild<QPlainTextEdit*>("error_output")->toPlainText().indexOf("engine: about to be stopped"), -1);
+  EXPECT_FALSE(console->is_busy());
+
+  // Save: every constraint sent, in order, nothing else.
+  const std::string sdc = path("after the crash.sdc");
+  m_files = {sdc};
+  QTest::mouseClick(box->get_save_button(), Qt::LeftButton);
+  ASSERT_EQ(m_file_requests.size(), 1u);
+  EXPECT_TRUE(m_file_requests[0].save);
+  EXPECT_NE(box->get_status_text().indexOf("saved"), -1) << box->get_status_text().toStdString();
+  std::ifstream in(sdc);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(in, line);)
+    if (!line.empty() && line[0] != '#') lines.push_back(line);
+  EXPECT_EQ(lines, sent);
+
+  // Restart: a new engine, the project open again, the console's rows kept.
+  QTest::mouseClick(box->get_restart_button(), Qt::LeftButton);
+  ASSERT_TRUE(wait_until([&] { return frame->get_state_flag(LUM_STATE_FLAG::PROJECT_IS_OPEN) == '1' && !console->is_busy(); }, 60000));
+  EXPECT_TRUE(console->is_kro_running());
+  EXPECT_EQ(frame->get_revision(), "datapath");
+  EXPECT_TRUE(has_row(console->get_model(), "between"));
+  EXPECT_TRUE(frame->find_action(LUM_ID_CREATE_TIMING_NETLIST)->isEnabled());
 }
 
 TEST_F(FrameWithEngine, TheLauncherOpensTheExampleAndTakesAScreenshot) {

@@ -5,6 +5,8 @@
 #include <QAction>
 #include <QClipboard>
 #include <QDir>
+#include <QLabel>
+#include <QPushButton>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -17,6 +19,7 @@
 #include "engine/lum_console_view.hh"
 #include "engine/lum_history_ctrl.hh"
 #include "frame/lum_detached_frame.hh"
+#include "frame/lum_engine_ended_dlg.hh"
 #include "frame/lum_entry.hh"
 #include "frame/lum_main_menu.hh"
 #include "frame/lum_window_placement.hh"
@@ -290,12 +293,27 @@ TEST_F(FrameTest, ClosingWithUnsavedConstraintsWritesTheSdcFileFirst) {
   EXPECT_EQ(LUM_DETACHED_FRAME::get_instance(), nullptr);
 }
 
-TEST_F(FrameTest, TheEngineEndingIsReportedAndClosesTheFrame) {
+TEST_F(FrameTest, AnEngineThatDiesLeavesTheWindowWithABoxThatSaysWhy) {
   make_frame(true);
   cfg_set_override("lum_dont_startup_sta", "0");
+  console()->run_command("create_clock -name {a b} -period 4");
+  engine_prompts();
   console()->get_ipc_object()->kill_child(9);
-  ASSERT_TRUE(wait_until([] { return LUM_DETACHED_FRAME::get_instance() == nullptr; }, 10000));
-  EXPECT_EQ(m_boxes, std::vector<std::string>{"LUM_STA_EXITED"});
+  LUM_ENGINE_ENDED_DLG* box = nullptr;
+  ASSERT_TRUE(wait_until([&] { return (box = m_frame->findChild<LUM_ENGINE_ENDED_DLG*>()) != nullptr; }, 10000));
+  EXPECT_TRUE(m_boxes.empty());  // no "will now exit"
+  EXPECT_EQ(LUM_DETACHED_FRAME::get_instance(), m_frame);
+  EXPECT_NE(box->findChild<QLabel*>("reason")->text().indexOf("signal 9"), -1);
+  EXPECT_EQ(box->findChild<QLabel*>("constraints")->text().left(2), "1 ");
+  EXPECT_FALSE(enabled(LUM_ID_CREATE_TIMING_NETLIST));  // nothing can reach a dead engine
+
+  // Close keeps the window without an engine; closing the window then ends cleanly.
+  QTest::mouseClick(box->get_close_button(), Qt::LeftButton);
+  ASSERT_TRUE(wait_until([&] { return m_frame->findChild<LUM_ENGINE_ENDED_DLG*>() == nullptr; }, 5000));
+  EXPECT_EQ(LUM_DETACHED_FRAME::get_instance(), m_frame);
+  EXPECT_FALSE(console()->is_kro_running());
+  EXPECT_TRUE(m_frame->close());
+  EXPECT_EQ(LUM_DETACHED_FRAME::get_instance(), nullptr);
 }
 
 TEST_F(FrameTest, AnEngineThatCannotStartIsReportedAndNoFrameIsMade) {

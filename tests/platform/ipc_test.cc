@@ -155,6 +155,35 @@ TEST(IpcCommandSignals, KilledChildReportsSignalStatus) {
   killer.join();
 }
 
+TEST(IpcCommandEnd, ExitStatusSignalAndTheTailOfStandardErrorAreKept) {
+  LINE_COLLECTOR failing;
+  // 3000 numbered error lines (about 17 KB, more than the tail holds), then status 3.
+  EXPECT_EQ(run_script(&failing, "echo out; i=0; while [ $i -lt 3000 ]; do echo err $i >&2; i=$((i+1)); done; exit 3"), 3);
+  EXPECT_EQ(failing.lines, (LINES{"out"}));  // standard error never mixes into the lines
+  int code = 0, signal_number = -1;
+  failing.get_exit(&code, &signal_number);
+  EXPECT_EQ(code, 3);
+  EXPECT_EQ(signal_number, 0);
+  const std::string tail = failing.get_stderr_tail();
+  EXPECT_LE(tail.size(), IPC_COMMAND::STDERR_TAIL_BYTES);
+  EXPECT_GT(tail.size(), IPC_COMMAND::STDERR_TAIL_BYTES / 2);
+  EXPECT_EQ(tail.substr(tail.size() - 9), "err 2999\n");
+  EXPECT_EQ(tail.find("err 0\n"), std::string::npos);
+
+  // A status of 137 is an exit, a SIGKILL is a signal: the two stay apart.
+  LINE_COLLECTOR exited;
+  EXPECT_EQ(run_script(&exited, "exit 137"), 137);
+  exited.get_exit(&code, &signal_number);
+  EXPECT_EQ(code, 137);
+  EXPECT_EQ(signal_number, 0);
+  LINE_COLLECTOR killed;
+  EXPECT_EQ(run_script(&killed, "echo dying >&2; kill -9 $$"), 128 + SIGKILL);
+  killed.get_exit(&code, &signal_number);
+  EXPECT_EQ(code, -1);
+  EXPECT_EQ(signal_number, SIGKILL);
+  EXPECT_EQ(killed.get_stderr_tail(), "dying\n");
+}
+
 TEST(IpcCommandLineSplit, QuotesGroupBlanksAndEmptyArgumentsSurvive) {
   const struct {
     const char* line;
