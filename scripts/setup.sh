@@ -7,7 +7,7 @@ packages=(
   # toolchain
   g++ cmake ninja-build pkg-config git
   # front end
-  qt6-base-dev qt6-base-dev-tools libqt6test6 libgl-dev libtinyxml2-dev
+  qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6test6 libgl-dev libtinyxml2-dev
   # interpreter, report database
   tcl-dev libsqlite3-dev
   # engine

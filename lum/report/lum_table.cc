@@ -121,6 +121,9 @@ LUM_TABLE::LUM_TABLE(QWidget* parent) : QTableView(parent) {
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &LUM_TABLE::on_sort);
   connect(&m_model, &LUM_TABLE_MODEL::sort_started, this, &LUM_TABLE::on_sort_started);
   connect(&m_model, &LUM_TABLE_MODEL::sort_finished, this, &LUM_TABLE::on_sort_finished);
+  connect(this, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
+    if (index.isValid()) open_row(index.row());
+  });
 }
 
 LUM_TABLE::~LUM_TABLE() {
@@ -387,8 +390,30 @@ std::vector<std::string> LUM_TABLE::commands_for_selection(int command) const {
 
 void LUM_TABLE::run_command(const std::string& command) { lum_report_run_command(command); }
 
+void LUM_TABLE::set_row_opener(const QString& label, ROW_OPENER opener) {
+  m_row_opener_label = label;
+  m_row_opener = std::move(opener);
+}
+
+bool LUM_TABLE::open_row(int view_row) {
+  if (!m_row_opener || !m_model.get_source()) return false;
+  const int64_t source_row = m_model.source_row(view_row);
+  if (source_row < 0) return false;
+  m_row_opener(m_model.get_source()->database_row(source_row));
+  return true;
+}
+
 QMenu* LUM_TABLE::create_context_menu() {
   auto* menu = new QMenu(this);
+  if (m_row_opener) {
+    const std::vector<int> rows = selected_rows();
+    const int row = currentIndex().isValid() ? currentIndex().row() : (rows.empty() ? -1 : rows.front());
+    QAction* open = menu->addAction(m_row_opener_label, this, [this, row] { open_row(row); });
+    open->setObjectName(QStringLiteral("open_row"));
+    open->setEnabled(row >= 0);
+    menu->setDefaultAction(open);
+    menu->addSeparator();
+  }
   QAction* copy = menu->addAction(QStringLiteral("&Copy"), this, &LUM_TABLE::on_edit_copy);
   copy->setShortcut(QKeySequence::Copy);
   copy->setObjectName(QStringLiteral("copy"));

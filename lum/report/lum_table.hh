@@ -14,6 +14,7 @@
 
 #include <QTableView>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -104,6 +105,15 @@ class LUM_TABLE : public QTableView {
   // lum_report_run_stored_command instead.
   void run_command(const std::string& command);
 
+  // What a row stands for, opened by a double click on the row and by the
+  // first entry of the context menu (labelled `label`); the function gets
+  // the row's database row index. An empty function takes the opener away.
+  using ROW_OPENER = std::function<void(int64_t database_row)>;
+  void set_row_opener(const QString& label, ROW_OPENER opener);
+  bool has_row_opener() const { return static_cast<bool>(m_row_opener); }
+  // Opens a view row with the row opener; false when there is none.
+  bool open_row(int view_row);
+
   // The context menu as it would pop up now (the caller owns it).
   QMenu* create_context_menu();
 
@@ -131,6 +141,8 @@ class LUM_TABLE : public QTableView {
   bool m_out_of_date = false;
   bool m_titled = true;
   bool m_busy_cursor = false;
+  QString m_row_opener_label;
+  ROW_OPENER m_row_opener;
 };
 
 // Keeps a table at its ideal size (never larger than the window) and centred.

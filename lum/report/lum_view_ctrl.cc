@@ -1,9 +1,15 @@
 #include "report/lum_view_ctrl.hh"
 
+#include "charts/lum_chart_wnd.hh"
+#include "charts/lum_histogram_wnd.hh"
 #include "platform/cfg.hh"
 #include "platform/msg.hh"
 #include "rdb/rdb_manager.hh"
 #include "rdb/rdb_object.hh"
+#include "rdb/rdb_report.hh"
+#include "report/lum_chart_commands.hh"
+#include "report/lum_path_wnd.hh"
+#include "report/lum_report_commands.hh"
 #include "report/lum_report_view.hh"
 #include "report/lum_sta_report_toc_tree.hh"
 #include "report/lum_table.hh"
@@ -26,15 +32,17 @@ LUM_VIEW_CTRL::TASKS_PANE_FACTORY& tasks_pane_factory() {
   return factory;
 }
 
-// What a viewer that does not exist yet would show, for its page.
-const char* missing_viewer_name(const RDB_OBJECT* object) {
-  switch (object->get_type()) {
-    case RDB_KIND_CHART_TABLE: return "chart";
-    case RDB_KIND_HISTOGRAM: return "histogram";
-    case RDB_KIND_PATH: return "timing path";
-    case RDB_KIND_EMBEDDED: return "embedded object";
-    default: return nullptr;
+// The path objects that the rows of a table of path summaries stand for:
+// the paths beside the table in its folder, the n-th path for data row n.
+// Empty when the table has no such siblings.
+std::vector<const RDB_PATH_OBJECT*> summarised_paths(const RDB_OBJECT* table) {
+  std::vector<const RDB_PATH_OBJECT*> paths;
+  const RDB_OBJECT* folder = table ? table->get_parent() : nullptr;
+  if (!folder || folder->get_type() != RDB_KIND_FOLDER) return paths;
+  for (const RDB_OBJECT* child : folder->get_children()) {
+    if (child && child->get_type() == RDB_KIND_PATH) paths.push_back(static_cast<const RDB_PATH_OBJECT*>(child));
   }
+  return paths;
 }
 
 QWidget* make_message_page(const QString& text, QWidget* parent) {
@@ -76,6 +84,7 @@ LUM_VIEW_CTRL::LUM_VIEW_CTRL(LUM_REPORT_VIEW* view, QWidget* parent)
   m_placeholder->setObjectName(QStringLiteral("lum_data_not_available"));
   m_layout->addWidget(m_caption);
   m_layout->addWidget(m_placeholder, 1);
+  LUM_CHART_CANVAS::set_out_of_date_painter(lum_tile_out_of_date_watermark);
   setFocusPolicy(Qt::ClickFocus);
   set_title(QString::fromLatin1(LUM_DATA_NOT_AVAILABLE));
   if (m_view) m_view->register_view_ctrl(this);
@@ -243,6 +252,12 @@ QWidget* LUM_VIEW_CTRL::create_viewer(RDB_OBJECT* object, bool out_of_date) {
       auto* host = new LUM_CENTERED_TABLE(this);
       host->get_table()->load_rdb_table(object);
       host->get_table()->set_out_of_date(out_of_date);
+      if (!summarised_paths(object).empty()) {
+        const std::string table_path = object->get_path(false);
+        host->get_table()->set_row_opener(QStringLiteral("Show Path"), [this, table_path](int64_t database_row) {
+          open_summarised_path(table_path, database_row);
+        });
+      }
       return host;
     }
     case RDB_KIND_HEADERLESS_TABLE: {
@@ -250,6 +265,28 @@ QWidget* LUM_VIEW_CTRL::create_viewer(RDB_OBJECT* object, bool out_of_date) {
       table->load_rdb_table(object);
       table->set_out_of_date(out_of_date);
       return table;
+    }
+    case RDB_KIND_CHART_TABLE: {
+      auto* chart = new LUM_CHART_WND(this);
+      chart->load_rdb_chart(object);
+      chart->set_out_of_date(out_of_date);
+      return chart;
+    }
+    case RDB_KIND_HISTOGRAM: {
+      auto* histogram = new LUM_HISTOGRAM_WND(this);
+      histogram->load_rdb_histogram(object);
+      histogram->set_out_of_date(out_of_date);
+      const std::string panel = object->get_panel_name();
+      connect(histogram, &LUM_HISTOGRAM_WND::bins_clicked, this, [this, histogram, panel](int first, int last) {
+        report_slack_range(histogram->get_data(), panel, first, last);
+      });
+      return histogram;
+    }
+    case RDB_KIND_PATH: {
+      auto* path = new LUM_PATH_WND(this);
+      path->load_rdb_path(object);
+      path->set_out_of_date(out_of_date);
+      return path;
     }
     case RDB_KIND_EMBEDDED: {
       auto* embedded_object = dynamic_cast<RDB_EMBEDDED_OBJECT*>(object);
@@ -265,13 +302,48 @@ QWidget* LUM_VIEW_CTRL::create_viewer(RDB_OBJECT* object, bool out_of_date) {
     default:
       break;
   }
-  if (const char* viewer = missing_viewer_name(object)) {
-    return make_message_page(QStringLiteral("The %1 viewer is not available yet, so \"%2\" cannot be shown here.\n"
-                                            "Export the panel (right-click it in the Report pane) to read it.")
-                                 .arg(QString::fromLatin1(viewer), QString::fromStdString(object->get_name())),
-                             this);
-  }
   return nullptr;
+}
+
+void LUM_VIEW_CTRL::open_summarised_path(const std::string& table_path, int64_t database_row) {
+  RDB_OBJECT* table = m_report ? m_report->get_object_by_path(table_path) : nullptr;
+  const std::vector<const RDB_PATH_OBJECT*> paths = summarised_paths(table);
+  // Data rows of a titled table start at database row 1.
+  if (database_row < 1 || database_row > static_cast<int64_t>(paths.size())) return;
+  const std::string path = paths[static_cast<size_t>(database_row - 1)]->get_path(false);
+  // The table that asked is part of the page about to be replaced: open
+  // the path once its click has been handled.
+  QMetaObject::invokeMethod(
+      this,
+      [this, path] {
+        LUM_STA_REPORT_TOC_TREE* tree = m_view ? m_view->get_report_tree() : nullptr;
+        const int row = tree ? tree->find_item_by_rdb_path(path) : -1;
+        if (row >= 0 && m_view->get_target_view_ctrl() == this) {
+          tree->open_item(row);  // selects the path in the tree as well
+        } else {
+          open_page(LUM_VIEW_REPORT_PANEL, path);
+        }
+      },
+      Qt::QueuedConnection);
+}
+
+void LUM_VIEW_CTRL::report_slack_range(const LUM_HISTOGRAM_DATA& data, const std::string& panel, int first,
+                                       int last) {
+  if (first < 0 || last < first || last >= static_cast<int>(data.bins.size())) return;
+  LUM_SLACK_RANGE range;
+  range.from = data.bins[static_cast<size_t>(first)].from;
+  range.to = data.bins[static_cast<size_t>(last)].to;
+  range.to_inclusive = last + 1 == static_cast<int>(data.bins.size());
+  range.unit = data.unit;
+  for (int i = first; i <= last; ++i) range.count += data.bins[static_cast<size_t>(i)].count;
+  const std::string histogram_command = m_report ? m_report->get_panel_command(panel) : std::string();
+  std::string why;
+  const std::string command = lum_slack_range_command(histogram_command, range, &why);
+  if (command.empty()) {
+    lum_report_warning("LUM-REPORT-4", "No paths are reported for this bar: " + why + ".");
+    return;
+  }
+  lum_report_run_command(command);
 }
 
 void LUM_VIEW_CTRL::refresh() {

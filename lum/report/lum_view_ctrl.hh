@@ -23,6 +23,7 @@ class QVBoxLayout;
 class RDB_OBJECT;
 class RDB_REPORT;
 class LUM_REPORT_VIEW;
+struct LUM_HISTOGRAM_DATA;
 
 enum LUM_VIEW_TYPE_ENUM {
   LUM_VIEW_NONE = 0,          // no page
@@ -95,6 +96,11 @@ class LUM_VIEW_CTRL : public QFrame {
   void set_page(QWidget* page);
   void open_report_panel(const std::string& path);
   QWidget* create_viewer(RDB_OBJECT* object, bool out_of_date);
+  // Opens the path that a row of a table of path summaries stands for.
+  void open_summarised_path(const std::string& table_path, int64_t database_row);
+  // Sends the report_timing command for the end points of bins first..last
+  // of the histogram panel `panel`.
+  void report_slack_range(const LUM_HISTOGRAM_DATA& data, const std::string& panel, int first, int last);
   void remove_panes();
   LUM_VIEW_CTRL* add_pane(QSplitter* splitter);
 

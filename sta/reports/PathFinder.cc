@@ -123,11 +123,11 @@ struct PathEndList
 
 sta::PathEndSeq *find_ends(sta::Sta *sta, sta::ExceptionFrom *from, sta::ExceptionThruSeq *thrus,
                            sta::ExceptionTo *to, Analysis analysis, int group_count,
-                           int endpoint_count, float slack_max)
+                           int endpoint_count, float slack_max, float slack_min = -sta::INF)
 {
   AnalysisFlags flags = flags_for(analysis);
   return sta->findPathEnds(from, thrus, to, false, nullptr, min_max_for(analysis), group_count,
-                           endpoint_count, false, -sta::INF, slack_max, true, nullptr,
+                           endpoint_count, false, slack_min, slack_max, true, nullptr,
                            flags.setup, flags.hold, flags.recovery, flags.removal, false, false);
 }
 
@@ -738,18 +738,20 @@ void for_each_timing_path(sta::Sta *sta, const PathQuery &query,
   ExceptionParts parts = make_exceptions(sta, query);
   float slack_max = query.less_than_slack ? static_cast<float>(unit.to_sta(*query.less_than_slack))
                                           : sta::INF;
+  float slack_min = query.min_slack ? static_cast<float>(unit.to_sta(*query.min_slack))
+                                    : -sta::INF;
   PathEndList list;
   std::vector<sta::PathEnd *> ends;
   if (!parts.filtered()) {
     list.ends = find_ends(sta, parts.from, parts.thrus, parts.to, query.analysis, query.npaths, 1,
-                          slack_max);
+                          slack_max, slack_min);
     ends.assign(list.ends->begin(), list.ends->end());
   } else {
     // Several paths per end point, since the worst one may belong to other
     // clocks; the worst kept one of each end point stands for it.
     const int per_endpoint = 4 * (static_cast<int>(sta->sdc()->clocks()->size()) + 1);
     list.ends = find_ends(sta, parts.from, parts.thrus, parts.to, query.analysis,
-                          all_endpoints_count(sta), per_endpoint, slack_max);
+                          all_endpoints_count(sta), per_endpoint, slack_max, slack_min);
     std::set<const sta::Vertex *> seen;
     for (sta::PathEnd *end : *list.ends) {
       auto among = [](const std::vector<sta::Clock *> &clocks, const sta::Clock *clock) {

@@ -68,6 +68,8 @@ struct PathQuery
   std::vector<std::string> to;
   int npaths = 1;
   std::optional<double> less_than_slack;
+  // Only slacks at or above this value (the lower end of a histogram bin).
+  std::optional<double> min_slack;
   // Whether to build the point tables (not needed for -summary).
   bool with_points = true;
   // Whether the point tables show interconnect rows (the load pins of the

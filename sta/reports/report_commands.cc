@@ -189,7 +189,7 @@ int report_timing(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
                   {{"-from_clock", true}, {"-to_clock", true}, {"-from", true}, {"-thru", true},
                    {"-to", true}, {"-setup", false}, {"-hold", false}, {"-recovery", false},
                    {"-removal", false}, {"-npaths", true}, {"-less_than_slack", true},
-                   {"-summary", false}, {"-panel_name", true}, {"-file", true},
+                   {"-min_slack", true}, {"-summary", false}, {"-panel_name", true}, {"-file", true},
                    {"-append", false}, {"-stdout", false}, {"-show_routing", false},
                    {"-all_failing", false}, {"-ccpp", false}},
                   0);
@@ -197,6 +197,7 @@ int report_timing(Engine &engine, Tcl_Interp *, int objc, Tcl_Obj *const objv[])
   const std::vector<Analysis> analyses = analyses_option(args);
   query.npaths = args.positive_int("-npaths").value_or(1);
   query.less_than_slack = args.number("-less_than_slack");
+  query.min_slack = args.number("-min_slack");
   if (args.has("-all_failing")) {
     query.npaths = std::max(query.npaths, 1000000);
     if (!query.less_than_slack || *query.less_than_slack > 0)

@@ -14,6 +14,7 @@
 #include "platform/atcl.hh"
 #include "platform/cfg.hh"
 #include "report/lum_lexcmp.hh"
+#include "report/lum_path_wnd.hh"
 #include "report/lum_report_browser.hh"
 #include "report/lum_report_install.hh"
 #include "report/lum_report_view.hh"
@@ -25,10 +26,12 @@
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 
 namespace {
 
@@ -71,6 +74,21 @@ class LumReportWithEngine : public ::testing::Test {
   }
   char flag(LUM_STATE_FLAG which) const { return m_frame->get_state_flag(which); }
 
+  // Opens the example project, creates the timing netlist, reads its SDC
+  // file and brings the netlist up to date, each from the frame's menu.
+  void open_example_with_timing() {
+    ASSERT_TRUE(m_frame->open_project(m_dir.filePath("datapath.vpf").toStdString().c_str()));
+    ASSERT_TRUE(idle_with([&] { return flag(LUM_STATE_FLAG::PROJECT_IS_OPEN) == '1'; }, 60000));
+    m_frame->run_menu_command(LUM_ID_CREATE_TIMING_NETLIST_NORISEFALL);
+    ASSERT_TRUE(idle_with([&] { return flag(LUM_STATE_FLAG::NETLIST_IS_CREATED) == '1'; }, 120000));
+    m_frame->run_menu_command(LUM_ID_LOAD_SDC_FILE);
+    ASSERT_TRUE(idle_with([&] { return flag(LUM_STATE_FLAG::SDC_FILE_IS_LOADED) == '1'; }, 60000));
+    if (m_frame->is_command_enabled(LUM_ID_UPDATE_NETLIST)) {
+      m_frame->run_menu_command(LUM_ID_UPDATE_NETLIST);
+      ASSERT_TRUE(idle_with([&] { return flag(LUM_STATE_FLAG::NETLIST_IS_UP_TO_DATE) == '1'; }, 120000));
+    }
+  }
+
   QTemporaryDir m_dir;
   LUM_DETACHED_FRAME* m_frame = nullptr;
 };
@@ -95,16 +113,7 @@ TEST_F(LumReportWithEngine, SetupSummaryFromTheMenuOpensItsTableWhichSortsAndDel
   if (answer.find("create_timing_summary") == std::string::npos)
     GTEST_SKIP() << "the engine has no report commands yet (create_timing_summary); it answered \"" << answer << "\"";
 
-  ASSERT_TRUE(m_frame->open_project(m_dir.filePath("datapath.vpf").toStdString().c_str()));
-  ASSERT_TRUE(idle_with([&] { return flag(LUM_STATE_FLAG::PROJECT_IS_OPEN) == '1'; }, 60000));
-  m_frame->run_menu_command(LUM_ID_CREATE_TIMING_NETLIST_NORISEFALL);
-  ASSERT_TRUE(idle_with([&] { return flag(LUM_STATE_FLAG::NETLIST_IS_CREATED) == '1'; }, 120000));
-  m_frame->run_menu_command(LUM_ID_LOAD_SDC_FILE);
-  ASSERT_TRUE(idle_with([&] { return flag(LUM_STATE_FLAG::SDC_FILE_IS_LOADED) == '1'; }, 60000));
-  if (m_frame->is_command_enabled(LUM_ID_UPDATE_NETLIST)) {
-    m_frame->run_menu_command(LUM_ID_UPDATE_NETLIST);
-    ASSERT_TRUE(idle_with([&] { return flag(LUM_STATE_FLAG::NETLIST_IS_UP_TO_DATE) == '1'; }, 120000));
-  }
+  ASSERT_NO_FATAL_FAILURE(open_example_with_timing());
   ASSERT_TRUE(m_frame->is_command_enabled(LUM_ID_REPORT_SETUP_SUMMARY));
 
   // Reports > Summary (Setup): the engine writes the panel and calls back.
@@ -137,6 +146,88 @@ TEST_F(LumReportWithEngine, SetupSummaryFromTheMenuOpensItsTableWhichSortsAndDel
   tree->delete_panel(tree->find_item("Summary (Setup)", nullptr, 0));
   ASSERT_TRUE(idle_with([&] { return tree->find_item("Summary (Setup)") < 0; }, 60000));
   EXPECT_EQ(top->get_title(), LUM_DATA_NOT_AVAILABLE);
+}
+
+// The path panel against the engine's own text report of the same paths:
+// report_timing into a panel and into a file, a double click on the second
+// row of "Summary of Paths", and every row of the shown point tables read
+// back in the text (cells joined by single blanks, as the text aligns them
+// with runs of blanks).
+TEST_F(LumReportWithEngine, APathOpenedFromItsSummaryRowShowsTheRowsOfTheEnginesTextReport) {
+  m_frame = static_cast<LUM_DETACHED_FRAME*>(lum_dyn_adv_kro_tool());
+  ASSERT_NE(m_frame, nullptr) << "the engine did not start";
+  auto* tree = qobject_cast<LUM_STA_REPORT_TOC_TREE*>(m_frame->get_report_bar()->widget());
+  if (!tree) tree = lum_install_report_browser(m_frame)->get_tree();
+  auto* view = qobject_cast<LUM_REPORT_VIEW*>(m_frame->get_report_view());
+  ASSERT_NE(view, nullptr);
+  LUM_VIEW_CTRL* top = view->get_top_view_ctrl();
+  LUM_CONSOLE_CTRL* console = m_frame->get_console_ctrl();
+  ASSERT_TRUE(idle_with([] { return true; }, 60000));
+  ASSERT_NO_FATAL_FAILURE(open_example_with_timing());
+
+  const std::string text_file = m_dir.filePath("paths.rpt").toStdString();
+  console->run_command("report_timing -npaths 3 -file \"" + text_file + "\"");
+  console->run_command("report_timing -npaths 3 -panel_name \"Worst Paths\"");
+  ASSERT_TRUE(idle_with([&] { return top->get_title() == "Summary of Paths"; }, 120000))
+      << "page shown: " << top->get_title().toStdString();
+  auto* host = qobject_cast<LUM_CENTERED_TABLE*>(top->get_page_window());
+  ASSERT_NE(host, nullptr);
+  LUM_TABLE* summary = host->get_table();
+  ASSERT_GE(summary->get_model()->rowCount(), 2) << "the example has fewer than two paths";
+
+  const QRect second = summary->visualRect(summary->get_model()->index(1, 0));
+  lum_test_double_click(summary->viewport(), second.center());
+  ASSERT_TRUE(idle_with([&] { return top->get_title() == "Path 2"; }, 10000)) << top->get_title().toStdString();
+  auto* path = qobject_cast<LUM_PATH_WND*>(top->get_page_window());
+  ASSERT_NE(path, nullptr);
+
+  std::ifstream in(text_file);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  ASSERT_FALSE(lines.empty()) << text_file;
+  // The rows of one point table of "Path 2" in the text: after its title and
+  // the ruled header, up to the next blank line.
+  auto text_rows = [&](const std::string& title) {
+    std::vector<std::string> rows;
+    size_t i = 0;
+    while (i < lines.size() && lines[i].rfind("Path 2:", 0) != 0) ++i;
+    while (i < lines.size() && lines[i] != title) ++i;
+    for (i += 3; i < lines.size() && !lines[i].empty(); ++i) {
+      std::string collapsed;
+      for (char c : lines[i])
+        if (c != ' ' || (!collapsed.empty() && collapsed.back() != ' ')) collapsed += c;
+      rows.push_back(collapsed);
+    }
+    return rows;
+  };
+  auto shown_rows = [](LUM_TABLE* table) {
+    std::vector<std::string> rows;
+    const LUM_TABLE_MODEL* model = table->get_model();
+    for (int r = 0; r < model->rowCount(); ++r) {
+      std::string row;
+      for (int c = 0; c < model->columnCount(); ++c) {
+        const std::string cell = model->cell_text(r, c);
+        if (cell.empty()) continue;
+        if (!row.empty()) row += ' ';
+        row += cell;
+      }
+      rows.push_back(row);
+    }
+    return rows;
+  };
+  const std::vector<std::string> arrival = shown_rows(path->get_data_arrival_table());
+  ASSERT_GT(arrival.size(), 2u);
+  EXPECT_EQ(arrival, text_rows("Data Arrival Path"));
+  EXPECT_EQ(shown_rows(path->get_data_required_table()), text_rows("Data Required Path"));
+  // The last arrival row's total is the path's arrival time in its summary.
+  const LUM_TABLE_MODEL* arrival_model = path->get_data_arrival_table()->get_model();
+  const LUM_TABLE_MODEL* summary_model = path->get_summary_table()->get_model();
+  std::string arrival_time;
+  for (int r = 0; r < summary_model->rowCount(); ++r)
+    if (summary_model->cell_text(r, 0) == "Data Arrival Time") arrival_time = summary_model->cell_text(r, 1);
+  EXPECT_EQ(arrival_model->cell_text(arrival_model->rowCount() - 1, 0), arrival_time);
+  EXPECT_EQ(path->get_panel(LUM_PATH_WND::SUMMARY)->get_caption().startsWith("SLACK: "), true);
+  EXPECT_EQ(tree->get_label(tree->get_selected_row()), "Path 2");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QTest>
 
 QApplication* lum_test_app() {
   static int argc = 1;
@@ -22,6 +23,13 @@ bool lum_test_wait(const std::function<bool()>& done, int timeout_ms) {
     QApplication::processEvents(QEventLoop::AllEvents, 20);
   }
   return true;
+}
+
+void lum_test_double_click(QWidget* widget, const QPoint& point) {
+  QTest::mousePress(widget, Qt::LeftButton, {}, point);
+  QTest::mouseRelease(widget, Qt::LeftButton, {}, point);
+  QTest::mouseDClick(widget, Qt::LeftButton, {}, point);
+  QTest::mouseRelease(widget, Qt::LeftButton, {}, point);
 }
 
 LUM_TEST_PROJECT::LUM_TEST_PROJECT(const std::string& revision) : m_revision(revision) {

@@ -14,9 +14,15 @@
 #include <vector>
 
 class QApplication;
+class QPoint;
+class QWidget;
 
 // Creates the application object once (offscreen in the tests' environment).
 QApplication* lum_test_app();
+
+// A double click with the left button as the window system delivers it: a
+// press and a release, then the second press as a double click, and its release.
+void lum_test_double_click(QWidget* widget, const QPoint& point);
 
 // Runs the event loop until done() is true or timeout_ms has passed.
 bool lum_test_wait(const std::function<bool()>& done, int timeout_ms = 10000);

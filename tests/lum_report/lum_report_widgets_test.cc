@@ -4,11 +4,14 @@
 #include "lum_report_test_support.hh"
 #include "../lum/lum_gui_events.hh"
 
+#include "charts/lum_chart_wnd.hh"
+#include "charts/lum_histogram_wnd.hh"
 #include "platform/atcl.hh"
 #include "rdb/rdb_manager.hh"
 #include "rdb/rdb_writer.hh"
 #include "report/lum_report_browser.hh"
 #include "report/lum_report_commands.hh"
+#include "report/lum_path_wnd.hh"
 #include "report/lum_report_view.hh"
 #include "report/lum_sta_report_toc_tree.hh"
 #include "report/lum_table.hh"
@@ -403,7 +406,7 @@ TEST_F(LumReportBrowser, ExportWritesTheHeaderAndTheRenderingInEachFormat) {
 
 // ---- report view ---------------------------------------------------------------------
 
-TEST_F(LumReportBrowser, EachKindOpensItsViewerAndMissingViewersSaySo) {
+TEST_F(LumReportBrowser, EachKindOpensItsViewer) {
   load_sample();
   struct KIND_CASE {
     const char* label;
@@ -418,9 +421,21 @@ TEST_F(LumReportBrowser, EachKindOpensItsViewerAndMissingViewersSaySo) {
          auto* browser = qobject_cast<QTextBrowser*>(w);
          return browser && browser->toPlainText().contains("bold note");
        }},
-      {"Worst Path", [](QWidget* w) { auto* l = qobject_cast<QLabel*>(w); return l && l->text().contains("not available yet"); }},
-      {"Slack Histogram", [](QWidget* w) { auto* l = qobject_cast<QLabel*>(w); return l && l->text().contains("not available yet"); }},
-      {"Bars", [](QWidget* w) { auto* l = qobject_cast<QLabel*>(w); return l && l->text().contains("not available yet"); }},
+      {"Worst Path",
+       [](QWidget* w) {
+         auto* path = qobject_cast<LUM_PATH_WND*>(w);
+         return path && path->get_panel(LUM_PATH_WND::SUMMARY)->is_caption_red();
+       }},
+      {"Slack Histogram",
+       [](QWidget* w) {
+         auto* histogram = qobject_cast<LUM_HISTOGRAM_WND*>(w);
+         return histogram && histogram->get_data().bins.size() == 2;
+       }},
+      {"Bars",
+       [](QWidget* w) {
+         auto* chart = qobject_cast<LUM_CHART_WND*>(w);
+         return chart && chart->get_mode() == LUM_CHART_MODE::BARS && chart->get_data().rows.size() == 1;
+       }},
   };
   for (const KIND_CASE& c : cases) {
     tree->open_item(tree->find_item(c.label));
