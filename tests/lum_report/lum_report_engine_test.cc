@@ -13,6 +13,7 @@
 #include "frame/lum_file_dialogs.hh"
 #include "platform/atcl.hh"
 #include "platform/cfg.hh"
+#include "charts/lum_histogram_wnd.hh"
 #include "report/lum_lexcmp.hh"
 #include "report/lum_path_wnd.hh"
 #include "report/lum_report_browser.hh"
@@ -228,6 +229,50 @@ TEST_F(LumReportWithEngine, APathOpenedFromItsSummaryRowShowsTheRowsOfTheEngines
   EXPECT_EQ(arrival_model->cell_text(arrival_model->rowCount() - 1, 0), arrival_time);
   EXPECT_EQ(path->get_panel(LUM_PATH_WND::SUMMARY)->get_caption().startsWith("SLACK: "), true);
   EXPECT_EQ(tree->get_label(tree->get_selected_row()), "Path 2");
+}
+
+// A slack histogram from the engine, and a click on its tallest bar: the
+// command goes through the console and the paths it reports are exactly the
+// end points of that bar, each with its slack inside the bar's range.
+TEST_F(LumReportWithEngine, AClickOnAHistogramBarReportsThePathsOfThatSlackRange) {
+  m_frame = static_cast<LUM_DETACHED_FRAME*>(lum_dyn_adv_kro_tool());
+  ASSERT_NE(m_frame, nullptr) << "the engine did not start";
+  if (!qobject_cast<LUM_STA_REPORT_TOC_TREE*>(m_frame->get_report_bar()->widget()))
+    lum_install_report_browser(m_frame);
+  auto* view = qobject_cast<LUM_REPORT_VIEW*>(m_frame->get_report_view());
+  ASSERT_NE(view, nullptr);
+  LUM_VIEW_CTRL* top = view->get_top_view_ctrl();
+  ASSERT_TRUE(idle_with([] { return true; }, 60000));
+  ASSERT_NO_FATAL_FAILURE(open_example_with_timing());
+
+  m_frame->get_console_ctrl()->run_command("create_slack_histogram -clock_name clk -num_bins 8");
+  ASSERT_TRUE(idle_with([&] { return top->get_title() == "Slack Histogram (clk)"; }, 120000))
+      << "page shown: " << top->get_title().toStdString();
+  auto* histogram = qobject_cast<LUM_HISTOGRAM_WND*>(top->get_page_window());
+  ASSERT_NE(histogram, nullptr);
+  ASSERT_TRUE(lum_test_wait([&] { return histogram->isVisible() && !histogram->get_layout().bars.empty(); }));
+  const LUM_AXIS_CHART_LAYOUT& layout = histogram->get_layout();
+  size_t tallest = 0;
+  for (size_t i = 0; i < layout.bars.size(); ++i)
+    if (layout.bars[i].count > layout.bars[tallest].count) tallest = i;
+  const LUM_CHART_BAR bar = layout.bars[tallest];
+  ASSERT_GT(bar.count, 0);
+  const double from = histogram->get_data().bins[bar.first].from;
+  const double to = histogram->get_data().bins[bar.last].to;
+
+  QTest::mouseClick(histogram, Qt::LeftButton, {}, QPoint(bar.rect.center().x(), layout.bar_area.bottom() - 1));
+  ASSERT_TRUE(idle_with([&] { return top->get_title() == "Summary of Paths"; }, 120000))
+      << "page shown: " << top->get_title().toStdString();
+  auto* host = qobject_cast<LUM_CENTERED_TABLE*>(top->get_page_window());
+  ASSERT_NE(host, nullptr);
+  const LUM_TABLE_MODEL* paths = host->get_table()->get_model();
+  EXPECT_EQ(paths->rowCount(), bar.count);
+  // Edges are stored to a thousandth of a picosecond; slacks to three decimals.
+  for (int r = 0; r < paths->rowCount(); ++r) {
+    const double slack = std::stod(paths->cell_text(r, 0));
+    EXPECT_GE(slack, from - 0.0005) << r;
+    EXPECT_LE(slack, to + 0.0005) << r;
+  }
 }
 
 }  // namespace
