@@ -18,6 +18,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QImage>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -141,7 +142,10 @@ int main(int argc, char** argv) {
   FIGURE layout, repaint;
   for (int r = 0; r < runs; ++r) {
     layout.runs.push_back(time_ms([&] { histogram.set_data(data); }));
-    repaint.runs.push_back(time_ms([&] { histogram.repaint(); }));
+    // Painted into a picture of the window's size: the same paint event as
+    // on the screen, whether or not the window system shows the window.
+    QImage image(histogram.size(), QImage::Format_ARGB32_Premultiplied);
+    repaint.runs.push_back(time_ms([&] { histogram.render(&image); }));
   }
   std::printf("histogram: %zu drawn columns for %zu bins\n", histogram.get_layout().bars.size(), data.bins.size());
   layout.print("lay out a histogram of 100,000 bins (1200 x 600)");
