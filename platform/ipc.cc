@@ -5,6 +5,7 @@
 #include "platform/msg.hh"
 
 #include <atomic>
+#include <chrono>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -274,12 +275,23 @@ int IPC_COMMAND::run(const char* command_line, const char* input_file, const cha
     }
   };
 
+  auto block_done = [this] {
+    try {
+      block_delivered();
+    } catch (const std::exception& error) {
+      msg_internal_error(error.what(), "ipc", __LINE__);
+    } catch (...) {
+      msg_internal_error("unknown exception in block_delivered", "ipc", __LINE__);
+    }
+  };
+
   // Read the output in large blocks and cut it at line feeds. Lines have no
   // size limit: a partial line simply stays in the buffer until its end comes.
   const size_t k_block = 256 * 1024;
   std::string buffer;
   std::string line;
   size_t line_start = 0;
+  auto last_block_done = std::chrono::steady_clock::now();
   for (;;) {
     size_t old_size = buffer.size();
     buffer.resize(old_size + k_block);
@@ -306,6 +318,17 @@ int IPC_COMMAND::run(const char* command_line, const char* input_file, const cha
       buffer.erase(0, line_start);
       line_start = 0;
     }
+    // Lines gathered by the handler go on when the child pauses, not after
+    // every block: a child that writes line by line would otherwise make one
+    // tiny block per line. While output flows they go on every
+    // BLOCK_DONE_MAX_MS all the same.
+    pollfd more{out_fds[0], POLLIN, 0};
+    const auto now = std::chrono::steady_clock::now();
+    if (::poll(&more, 1, BLOCK_DONE_PAUSE_MS) <= 0 ||
+        now - last_block_done >= std::chrono::milliseconds(BLOCK_DONE_MAX_MS)) {
+      block_done();
+      last_block_done = now;
+    }
   }
   if (buffer.size() > line_start) {
     size_t length = buffer.size() - line_start;
@@ -313,6 +336,7 @@ int IPC_COMMAND::run(const char* command_line, const char* input_file, const cha
     line.assign(buffer.data() + line_start, length);
     deliver(line);
   }
+  block_done();
   ipc_close(&out_fds[0]);
 
   // Wait for the end without reaping first, so that kill_child() can never

@@ -35,6 +35,15 @@ class IPC_COMMAND {
   // delivered when the output closes.
   virtual void process_line(const std::string& line) = 0;
 
+  // Called on run()'s thread when the reader has handed every line read so
+  // far to process_line and the child writes nothing more for
+  // BLOCK_DONE_PAUSE_MS, at least every BLOCK_DONE_MAX_MS while its output
+  // flows, and once after the last line: a handler that gathers lines passes
+  // them on then.
+  virtual void block_delivered() {}
+  static constexpr int BLOCK_DONE_PAUSE_MS = 1;
+  static constexpr int BLOCK_DONE_MAX_MS = 20;
+
   // Writes bytes to the child's standard input. Returns the number of bytes
   // written, or -1 when there is no running child or the pipe is closed
   // (SIGPIPE is ignored; EINTR is retried).

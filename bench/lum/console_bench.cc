@@ -5,7 +5,10 @@
 //     (from writing the command to the row of the final prompt),
 //   - the longest stall of the GUI thread, as the largest gap between ticks of
 //     a 1 ms heartbeat timer, and how many gaps exceeded 100 ms,
-//   - the bytes used per console row.
+//   - the bytes used per console row,
+//   - where the time went: CPU of the GUI thread (the drain into the row
+//     model, and the rest: the call-back commands and the event loop) and of
+//     the reader threads (reading the pipe and classifying the lines).
 // Usage: console_bench [lines] [--sta]   (default 1000000 lines from
 // fake_engine beside this program; with --sta the real engine vexa_sta
 // --ipc_sh prints them from a Tcl loop, so its own encoder is measured too).
@@ -14,7 +17,10 @@
 #include <QEventLoop>
 #include <QTimer>
 
+#include <sys/resource.h>
+
 #include <cstdio>
+#include <ctime>
 #include <functional>
 #include <cstdlib>
 #include <string>
@@ -56,6 +62,18 @@ long resident_kib() {
   if (std::fscanf(f, "%ld %ld", &pages, &resident) != 2) resident = 0;
   std::fclose(f);
   return resident * 4;
+}
+
+double thread_cpu_seconds() {
+  timespec t{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
+  return t.tv_sec + t.tv_nsec / 1e9;
+}
+
+double process_cpu_seconds() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_utime.tv_sec + usage.ru_stime.tv_sec + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
 
 }  // namespace
@@ -105,12 +123,18 @@ int main(int argc, char** argv) {
   long expected_rows = rows_before + lines + 1;  // the lines and the final prompt
   heartbeat.start();
   last_tick = clock.elapsed();
+  const double gui_cpu_before = thread_cpu_seconds();
+  const double cpu_before = process_cpu_seconds();
+  const double drain_before = console.get_drain_seconds();
   QElapsedTimer flood;
   flood.start();
   std::string count = std::to_string(lines);
   console.run_command(real_engine ? "for {set i 0} {$i < " + count + "} {incr i} {puts line$i}" : "flood " + count);
   run_until([&] { return console.get_model()->row_count() >= expected_rows && !console.is_busy(); });
   double seconds = flood.nsecsElapsed() / 1e9;
+  const double gui_cpu = thread_cpu_seconds() - gui_cpu_before;
+  const double other_cpu = process_cpu_seconds() - cpu_before - gui_cpu;
+  const double drain = console.get_drain_seconds() - drain_before;
   heartbeat.stop();
   long rss_after = resident_kib();
 
@@ -120,6 +144,9 @@ int main(int argc, char** argv) {
   std::printf("  longest GUI stall:    %lld ms (gaps over 100 ms: %d; drain budget %d ms)\n",
               static_cast<long long>(longest_gap), gaps_over_100ms, console.get_drain_budget_ms());
   std::printf("  drains:               %d\n", drains);
+  std::printf("  GUI thread CPU:       %.3f s (drain into the model %.3f s, call-backs and event loop %.3f s)\n",
+              gui_cpu, drain, gui_cpu - drain);
+  std::printf("  reader threads CPU:   %.3f s\n", other_cpu);
   std::printf("  rows in model:        %d\n", model->row_count());
   std::printf("  bytes per row:        %.1f (row model: texts and row records)\n", model->bytes_per_row());
   std::printf("  resident growth:      %.1f bytes per row (whole process)\n",

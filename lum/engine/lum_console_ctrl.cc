@@ -336,7 +336,7 @@ int LUM_CONSOLE_CTRL::add_one_line(const LUM_KRO_OUTPUT_LINE* line) {
     }
     case LUM_KRO_OUTPUT_STDOUT: {
       const std::string* text = line->get_stdout_str();
-      return m_model.add_text_row(text ? std::string_view(*text) : std::string_view());
+      return m_model.add_text_rows(text ? std::string_view(*text) : std::string_view());
     }
   }
   return -1;
@@ -353,8 +353,9 @@ std::vector<std::string> LUM_CONSOLE_CTRL::take_debug_lines() {
 
 void LUM_CONSOLE_CTRL::schedule_drain() {
   if (m_drain_soon.isActive()) return;
-  // After a drain that used its whole budget the window gets as long again.
-  m_drain_soon.start(m_last_drain_hit_budget ? m_drain_budget_ms : DRAIN_SOON_MS);
+  // After a drain that used its whole budget too, the event loop runs for
+  // DRAIN_SOON_MS first: paints and input are handled between drains.
+  m_drain_soon.start(DRAIN_SOON_MS);
 }
 
 int LUM_CONSOLE_CTRL::drain_lines() {
@@ -372,11 +373,12 @@ int LUM_CONSOLE_CTRL::drain_lines() {
       last_row = row;
       ++added;
     }
-    // The clock is read every 256 lines: cheap enough, and fine enough for a 500 ms budget.
-    if ((++taken & 255) == 0 && tick.elapsed() >= m_drain_budget_ms) break;
+    // The clock is read every 16 queued lines (a text line holds up to a
+    // block of rows): cheap enough, and fine enough for the budget.
+    if ((++taken & 15) == 0 && tick.elapsed() >= m_drain_budget_ms) break;
   }
   m_model.end_append();
-  m_last_drain_hit_budget = m_display.has_lines();
+  m_drain_ns += tick.nsecsElapsed();
   // A "clear" started by a drained prompt may have removed rows meanwhile.
   last_row = std::min(last_row, m_model.row_count() - 1);
   if (last_row >= 0) emit rows_drained(last_row);

@@ -117,6 +117,19 @@ int LUM_CONSOLE_MODEL::add_text_row(std::string_view text) {
   return append_row(LUM_KRO_OUTPUT_STDOUT, text, -1, 0, -1);
 }
 
+int LUM_CONSOLE_MODEL::add_text_rows(std::string_view text) {
+  begin_append();
+  int row = -1;
+  for (;;) {
+    const size_t end = text.find('\n');
+    row = add_text_row(text.substr(0, end));
+    if (end == std::string_view::npos) break;
+    text.remove_prefix(end + 1);
+  }
+  end_append();
+  return row;
+}
+
 std::string LUM_CONSOLE_MODEL::message_row_text(const MSG_POST& post) {
   std::string text = kind_label(post.get_kind());
   if (!post.get_id().empty()) {

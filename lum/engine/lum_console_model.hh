@@ -54,6 +54,8 @@ class LUM_CONSOLE_MODEL : public QAbstractListModel {
   // around many appends emit one rowsInserted for all of them.
   int add_prompt_row(LUM_KRO_OUTPUT_TYPE_ENUM type);
   int add_text_row(std::string_view text);
+  // One text row per piece of text between line feeds; returns the last.
+  int add_text_rows(std::string_view text);
   // A message row and its sub-messages, recursively one level deeper; returns
   // the message row.
   int insert_message(const MSG_POST* post, int level = 0);

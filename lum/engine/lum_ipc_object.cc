@@ -5,7 +5,9 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
+#include <cstdint>
 #include <cstring>
+#include <string_view>
 #include <mutex>
 
 #include "lum_msg_display.hh"
@@ -36,16 +38,54 @@ std::atomic<int> g_outstanding{0};
 std::mutex g_flow_mutex;
 std::condition_variable g_flow_drained;
 
-void post_done(int /*code*/, const char* /*result*/, void* /*data*/) {
-  if (g_outstanding.fetch_sub(1) == LUM_IPC_OBJECT::MAX_OUTSTANDING_POSTS / 2) {
+// The data of a post is the number of lines it carries.
+void post_done(int /*code*/, const char* /*result*/, void* data) {
+  const int lines = static_cast<int>(reinterpret_cast<intptr_t>(data));
+  const int before = g_outstanding.fetch_sub(lines);
+  constexpr int half = LUM_IPC_OBJECT::MAX_OUTSTANDING_LINES / 2;
+  if (before > half && before - lines <= half) {
     std::lock_guard<std::mutex> lock(g_flow_mutex);
     g_flow_drained.notify_all();
   }
 }
 
+// A bare Tcl word that stands for itself: no blanks, no substitutions, no
+// quoting, no braces (so it may also go inside a braced word).
+bool is_literal_word(std::string_view text) {
+  if (text.empty()) return false;
+  for (char c : text) {
+    switch (c) {
+      case ' ': case '\t': case '\n': case '\r': case '\f': case '\v':
+      case '[': case ']': case '{': case '}': case '$': case '\\': case '"': case ';':
+        return false;
+      default:
+        break;
+    }
+  }
+  return true;
+}
+
+// True when "{" text "\n}" is one braced Tcl word whose value is text + "\n":
+// its braces pair up without ever closing the outer one, and it does not end
+// in a backslash that would escape the line feed.
+bool braces_keep_text_literal(std::string_view text) {
+  int depth = 0;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == '\\') {
+      if (++i == text.size()) return false;
+    } else if (c == '{') {
+      ++depth;
+    } else if (c == '}') {
+      if (depth-- == 0) return false;
+    }
+  }
+  return depth == 0;
+}
+
 }  // namespace
 
-int LUM_IPC_OBJECT::get_outstanding_posts() { return g_outstanding.load(); }
+int LUM_IPC_OBJECT::get_outstanding_lines() { return g_outstanding.load(); }
 
 void LUM_IPC_OBJECT::set_unthrottled(bool unthrottled) {
   m_unthrottled.store(unthrottled);
@@ -53,15 +93,15 @@ void LUM_IPC_OBJECT::set_unthrottled(bool unthrottled) {
   g_flow_drained.notify_all();
 }
 
-void LUM_IPC_OBJECT::post_command(const std::string& command) {
-  if (g_outstanding.load() >= MAX_OUTSTANDING_POSTS && !m_first_prompt.load()) {
+void LUM_IPC_OBJECT::post_command(const std::string& command, int lines) {
+  if (g_outstanding.load() >= MAX_OUTSTANDING_LINES && !m_first_prompt.load()) {
     std::unique_lock<std::mutex> lock(g_flow_mutex);
-    while (g_outstanding.load() > MAX_OUTSTANDING_POSTS / 2 && !m_unthrottled.load()) {
+    while (g_outstanding.load() > MAX_OUTSTANDING_LINES / 2 && !m_unthrottled.load()) {
       g_flow_drained.wait_for(lock, std::chrono::milliseconds(10));
     }
   }
-  g_outstanding.fetch_add(1);
-  atcl_post(command.c_str(), 0, post_done);
+  g_outstanding.fetch_add(lines);
+  atcl_post(command.c_str(), 0, post_done, reinterpret_cast<void*>(static_cast<intptr_t>(lines)));
 }
 
 THR_EVENT& LUM_IPC_OBJECT::get_startup_event() {
@@ -79,6 +119,7 @@ LUM_IPC_OBJECT::~LUM_IPC_OBJECT() = default;
 void LUM_IPC_OBJECT::set_msg_target(MSG_REPORT* report) { m_msg_target.store(report); }
 
 void LUM_IPC_OBJECT::mark_ended() {
+  flush_held_text();
   m_ended.store(true);
   // Whoever waits (a hidden command, the start-up) must not wait for a prompt
   // that will never come.
@@ -87,47 +128,122 @@ void LUM_IPC_OBJECT::mark_ended() {
 }
 
 void LUM_IPC_OBJECT::forward_buffer() {
-  post_command(m_line_buffer);
+  post_command(m_line_buffer, 1);
   m_line_buffer.clear();
 }
 
-void LUM_IPC_OBJECT::process_line(const std::string& line) {
-  if (m_hidden_mode.load()) {
-    if (starts_with(line, "echo_stdout ", 12)) {
-      // The encoder puts one extra character after the prefix; it is dropped
-      // here. After a blank the text is a plain word, the empty word "{}", or
-      // a word with backslash escapes (texts that braces cannot carry), which
-      // are undone so that the result is the engine's text exactly. After a
-      // brace it is the braced text itself (its lone "}" line is dropped below).
-      std::string text = line.size() > 13 ? line.substr(13) : std::string();
-      if (line.size() > 12 && line[12] == ' ') {
-        if (text == "{}") {
-          text.clear();
-        } else if (text.find('\\') != std::string::npos) {
-          std::string plain;
-          for (size_t i = 0; i < text.size(); ++i) {
-            if (text[i] == '\\' && i + 1 < text.size()) ++i;
-            plain += text[i];
-          }
-          text.swap(plain);
-        }
-      }
-      if (m_hidden_result) m_hidden_result->push_back(std::move(text));
-    } else if (starts_with(line, "tcl> ", 5) || starts_with(line, "> ", 2)) {
-      // A continuation prompt ends the wait too: the engine is waiting for
-      // input, so no other prompt would come and the window would hang.
-      m_hidden_done.post();
-    } else if (starts_with(line, m_ie_prefix)) {
-      if (m_hidden_result) {
-        m_hidden_result->clear();
-        m_hidden_result->push_back("Chronel Internal Error");
-        m_hidden_result->push_back(line.substr(m_ie_prefix.size()));
-      }
-      m_hidden_done.post();
-    }
-    return;
+bool LUM_IPC_OBJECT::batch_text_line(const std::string& line) {
+  if (line.size() < 13 || !starts_with(line, "echo_stdout ", 12)) return false;
+  const std::string_view text(line.data() + 13, line.size() - 13);
+  if (line[12] == ' ' && (text == "{}" || is_literal_word(text))) {
+    add_to_batch(line, false);
+    return true;
   }
+  if (line[12] == '{' && braces_keep_text_literal(text)) {
+    m_brace_line = line;
+    return true;
+  }
+  return false;
+}
 
+void LUM_IPC_OBJECT::add_to_batch(const std::string& line, bool braced) {
+  const std::string_view text(line.data() + 13, line.size() - 13);
+  if (m_batch_lines == 0) {
+    m_batch_single = "lum_echo_stdout";
+    if (!text.empty() && text[0] == '-') m_batch_single += " --";
+    m_batch_single += ' ';
+    m_batch_single.append(line, 12, std::string::npos);
+    if (braced) m_batch_single += "\n}";
+  } else {
+    m_batch_text += '\n';
+  }
+  if (text != "{}" || braced) m_batch_text.append(text);
+  // A batch stays a bounded share of the flow control's window.
+  if (++m_batch_lines >= MAX_OUTSTANDING_LINES / 8 || m_batch_text.size() >= BATCH_BYTES) flush_text_batch();
+}
+
+void LUM_IPC_OBJECT::flush_text_batch() {
+  if (m_batch_lines == 0) return;
+  if (m_batch_lines == 1) {
+    post_command(m_batch_single, 1);
+  } else {
+    std::string command;
+    command.reserve(m_batch_text.size() + 20);
+    command = "lum_echo_stdout -- {";
+    command += m_batch_text;
+    command += '}';
+    post_command(command, m_batch_lines);
+  }
+  m_batch_text.clear();
+  m_batch_single.clear();
+  m_batch_lines = 0;
+}
+
+void LUM_IPC_OBJECT::flush_held_text() {
+  flush_text_batch();
+  if (!m_brace_line.empty()) {
+    std::string held;
+    held.swap(m_brace_line);
+    classify_line(held);
+  }
+}
+
+void LUM_IPC_OBJECT::block_delivered() { flush_text_batch(); }
+
+void LUM_IPC_OBJECT::process_line(const std::string& line) {
+  const bool hidden = m_hidden_mode.load();
+  if (!hidden) {
+    if (!m_brace_line.empty() && line == "}") {
+      add_to_batch(m_brace_line, true);
+      m_brace_line.clear();
+      return;
+    }
+    if (m_brace_line.empty() && m_line_buffer.empty() && m_msg_target.load() != nullptr && batch_text_line(line))
+      return;
+  }
+  flush_held_text();
+  if (hidden)
+    hidden_line(line);
+  else
+    classify_line(line);
+}
+
+void LUM_IPC_OBJECT::hidden_line(const std::string& line) {
+  if (starts_with(line, "echo_stdout ", 12)) {
+    // The encoder puts one extra character after the prefix; it is dropped
+    // here. After a blank the text is a plain word, the empty word "{}", or
+    // a word with backslash escapes (texts that braces cannot carry), which
+    // are undone so that the result is the engine's text exactly. After a
+    // brace it is the braced text itself (its lone "}" line is dropped below).
+    std::string text = line.size() > 13 ? line.substr(13) : std::string();
+    if (line.size() > 12 && line[12] == ' ') {
+      if (text == "{}") {
+        text.clear();
+      } else if (text.find('\\') != std::string::npos) {
+        std::string plain;
+        for (size_t i = 0; i < text.size(); ++i) {
+          if (text[i] == '\\' && i + 1 < text.size()) ++i;
+          plain += text[i];
+        }
+        text.swap(plain);
+      }
+    }
+    if (m_hidden_result) m_hidden_result->push_back(std::move(text));
+  } else if (starts_with(line, "tcl> ", 5) || starts_with(line, "> ", 2)) {
+    // A continuation prompt ends the wait too: the engine is waiting for
+    // input, so no other prompt would come and the window would hang.
+    m_hidden_done.post();
+  } else if (starts_with(line, m_ie_prefix)) {
+    if (m_hidden_result) {
+      m_hidden_result->clear();
+      m_hidden_result->push_back("Chronel Internal Error");
+      m_hidden_result->push_back(line.substr(m_ie_prefix.size()));
+    }
+    m_hidden_done.post();
+  }
+}
+
+void LUM_IPC_OBJECT::classify_line(const std::string& line) {
   bool first_line = m_line_buffer.empty();
   if (first_line)
     m_forward = false;

@@ -14,6 +14,16 @@
 //   anything else              -> dropped (debug message)
 // A forwarded line whose Tcl command is incomplete (open brace, quote or
 // bracket) gathers the following lines, joined by "\n", until it is complete.
+//
+// Plain text comes in floods, so it is batched: consecutive text lines whose
+// word is taken literally by Tcl (a bare word without blanks or special
+// characters, "{}", or a braced "echo_stdout {R" followed by a lone "}")
+// are joined by line feeds into one "lum_echo_stdout -- {R1\nR2...}"
+// (the console cuts at line feeds, so it shows the same rows as one command
+// per line would). A batch of one line is forwarded exactly as above. The
+// batch is forwarded before any other line, when it is full, and whenever
+// the reader has read all there is (block_delivered), so no text waits for
+// more output.
 // In hidden mode (a hidden command outstanding) the engine's text lines go to
 // the caller's result, exactly as the engine printed them (its encoding
 // undone), and nothing is forwarded.
@@ -45,6 +55,8 @@ class LUM_IPC_OBJECT : public IPC_COMMAND {
 
   // Reader thread: one engine line without its line end.
   void process_line(const std::string& line) override;
+  // Reader thread: forwards the batched text lines.
+  void block_delivered() override;
 
   // Resets the idle event, then writes.
   int write_to_stdin(const char* text, size_t length) override;
@@ -72,18 +84,22 @@ class LUM_IPC_OBJECT : public IPC_COMMAND {
 
   // Flow control. A flood of engine output must not pile up unboundedly in
   // the interpreter's queue (memory, and one endless drain on the GUI
-  // thread): while this many forwarded commands wait to run, the reader stops
-  // reading, so the engine blocks on its full pipe. Never while the GUI
-  // thread waits for the first prompt, or once unthrottled (shutdown).
-  static constexpr int MAX_OUTSTANDING_POSTS = 16384;
-  // Commands forwarded and not yet run, over all engines of the process.
-  static int get_outstanding_posts();
+  // thread): while this many forwarded lines wait to run (a batch counts as
+  // the lines it holds), the reader stops reading, so the engine blocks on
+  // its full pipe. Never while the GUI thread waits for the first prompt, or
+  // once unthrottled (shutdown).
+  static constexpr int MAX_OUTSTANDING_LINES = 65536;
+  // A text batch is forwarded at the latest at MAX_OUTSTANDING_LINES / 8
+  // lines or at this size.
+  static constexpr size_t BATCH_BYTES = 262144;
+  // Lines forwarded and not yet run, over all engines of the process.
+  static int get_outstanding_lines();
   void set_unthrottled(bool unthrottled);
 
  protected:
-  // Hands a complete command to the front end's interpreter queue. Tests
-  // override it to see the commands.
-  virtual void post_command(const std::string& command);
+  // Hands a complete command, made of this many engine lines, to the front
+  // end's interpreter queue. Tests override it to see the commands.
+  virtual void post_command(const std::string& command, int lines);
 
  public:
 
@@ -93,6 +109,16 @@ class LUM_IPC_OBJECT : public IPC_COMMAND {
 
  private:
   void forward_buffer();
+  // The line classification described above, without batching.
+  void classify_line(const std::string& line);
+  // A line while a hidden command runs.
+  void hidden_line(const std::string& line);
+  // Takes a text line into the batch when it can go there.
+  bool batch_text_line(const std::string& line);
+  void add_to_batch(const std::string& line, bool braced);
+  void flush_text_batch();
+  // Forwards the batch and a held "echo_stdout {" line (before other lines).
+  void flush_held_text();
 
   std::atomic<MSG_REPORT*> m_msg_target{nullptr};
   LUM_MSG_DISPLAY* m_display = nullptr;
@@ -106,6 +132,13 @@ class LUM_IPC_OBJECT : public IPC_COMMAND {
   std::atomic<bool> m_unthrottled{false};
   bool m_forward = false;  // the first line of the gathered command was recognised
   std::string m_post_prefix;
+  // The text batch (reader thread only): the joined texts, their number,
+  // and the command of its first line as it would be forwarded alone.
+  std::string m_batch_text;
+  int m_batch_lines = 0;
+  std::string m_batch_single;
+  // An "echo_stdout {R" line waiting for its "}" line (empty: none).
+  std::string m_brace_line;
   std::string m_ie_prefix;
 };
 

@@ -15,7 +15,7 @@ enum LUM_KRO_OUTPUT_TYPE_ENUM : int32_t {
   LUM_KRO_OUTPUT_MESSAGE = 0,         // a message row with its sub-message rows
   LUM_KRO_OUTPUT_TCL_PROMPT = 1,      // the engine is ready: ends the running command
   LUM_KRO_OUTPUT_TCL_CONT_PROMPT = 2, // the engine waits for the rest of a command
-  LUM_KRO_OUTPUT_STDOUT = 3,          // one line of engine text
+  LUM_KRO_OUTPUT_STDOUT = 3,          // rows of engine text, joined by line feeds
 };
 
 class LUM_KRO_OUTPUT_LINE {
@@ -23,13 +23,15 @@ class LUM_KRO_OUTPUT_LINE {
   explicit LUM_KRO_OUTPUT_LINE(LUM_KRO_OUTPUT_TYPE_ENUM type) : m_type(type) {}
   // A message line holding its own copy of the post.
   explicit LUM_KRO_OUTPUT_LINE(const MSG_POST* post);
-  // A standard-output line holding its own copy of the text.
+  // A standard-output line holding its own copy of the text: one row, or
+  // several joined by line feeds.
   explicit LUM_KRO_OUTPUT_LINE(std::string text);
 
   LUM_KRO_OUTPUT_TYPE_ENUM get_type() const { return m_type; }
   const MSG_POST* get_msg() const { return m_msg.get(); }
   // Null for lines that carry no text.
   const std::string* get_stdout_str() const { return m_text.get(); }
+  std::string* get_stdout_text() { return m_text.get(); }
 
   void set_msg(const MSG_POST* post);
   void set_stdout_str(std::string text);

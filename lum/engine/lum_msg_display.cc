@@ -37,7 +37,15 @@ void LUM_MSG_DISPLAY::echo_stdout(const char* text) {
     p += skip;
     if (*p == 0) break;
     size_t n = strcspn(p, "\r\n\f");
-    append(std::make_unique<LUM_KRO_OUTPUT_LINE>(std::string(p, n)));
+    std::string* block = nullptr;
+    if (!m_lines.empty() && m_lines.back()->get_type() == LUM_KRO_OUTPUT_STDOUT)
+      block = m_lines.back()->get_stdout_text();
+    if (block != nullptr && block->size() < TEXT_BLOCK_BYTES) {
+      block->push_back('\n');
+      block->append(p, n);
+    } else {
+      append(std::make_unique<LUM_KRO_OUTPUT_LINE>(std::string(p, n)));
+    }
     p += n;
   }
 }

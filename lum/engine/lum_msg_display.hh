@@ -25,8 +25,12 @@ class LUM_MSG_DISPLAY : public MSG_DISPLAY {
   void display_tcl_prompt();
   void display_tcl_cont_prompt();
   // Cuts text at every carriage return, line feed and form feed (runs of them
-  // give no empty lines) and appends one standard-output line per piece.
+  // give no empty pieces) and appends the pieces as rows of standard-output
+  // text. Consecutive rows share one queued line (up to TEXT_BLOCK_BYTES),
+  // its text holding them joined by line feeds, so that a flood costs one
+  // queued line per block instead of one per row.
   void echo_stdout(const char* text);
+  static constexpr size_t TEXT_BLOCK_BYTES = 16384;
 
   bool has_lines() const { return !m_lines.empty(); }
   size_t line_count() const { return m_lines.size(); }

@@ -17,7 +17,15 @@ class CallbackCommands : public LUM_CONSOLE_TEST {
     std::vector<std::string> texts;
     LUM_MSG_DISPLAY* display = console->get_msg_display();
     while (auto line = display->take_front()) {
-      texts.push_back(line->get_stdout_str() ? *line->get_stdout_str() : "<" + std::to_string(line->get_type()) + ">");
+      if (!line->get_stdout_str()) {
+        texts.push_back("<" + std::to_string(line->get_type()) + ">");
+        continue;
+      }
+      // A text line holds one row or several joined by line feeds.
+      std::string block = *line->get_stdout_str();
+      for (size_t end; (end = block.find('\n')) != std::string::npos; block.erase(0, end + 1))
+        texts.push_back(block.substr(0, end));
+      texts.push_back(block);
     }
     return texts;
   }

@@ -324,9 +324,28 @@ TEST_F(ReadyScriptedEngine, FloodArrivesCompleteAndInOrder) {
   ASSERT_TRUE(settle(60000));
   LUM_CONSOLE_MODEL* model = console->get_model();
   ASSERT_EQ(model->row_count(), 100000 + 2);
-  EXPECT_EQ(model->row_text(1), "line0");
-  EXPECT_EQ(model->row_text(100000), "line99999");
+  int out_of_place = 0;
+  for (int i = 0; i < 100000; ++i) out_of_place += model->row_text(i + 1) != "line" + std::to_string(i);
+  EXPECT_EQ(out_of_place, 0);
   EXPECT_EQ(model->rowCount(), model->row_count());
+  EXPECT_EQ(LUM_IPC_OBJECT::get_outstanding_lines(), 0);
+}
+
+TEST_F(ReadyScriptedEngine, BatchedTextShowsTheSameRowsInTheSameOrderAsLineByLine) {
+  // Plain words, braced texts (nested braces, a tab, a leading dash, a form
+  // feed), the empty text, an escaped text that cannot be batched, and a
+  // message between them, all in one write of the engine.
+  console->run_command(
+      "raw echo_stdout  a1\\necho_stdout {b {c} d\\n}\\necho_stdout  {}\\necho_stdout  -h\\n"
+      "echo_stdout {-x\ty\\n}\\necho_stdout {p\fq\\n}\\necho_stdout {{}\\n}\\n"
+      "msg_post 0 warning VSTA-1 \"between\" \"\"\\n"
+      "echo_stdout  \\{x\\ \\$y\\necho_stdout  z1\\necho_stdout  z2");
+  ASSERT_TRUE(settle());
+  std::vector<std::string> r = rows();
+  ASSERT_FALSE(r.empty());
+  r.erase(r.begin());  // the command
+  EXPECT_EQ(r, (std::vector<std::string>{"a1", "b {c} d", "-h", "-x    y", "p", "q", "{}",
+                                              "Warning (VSTA-1): between", "{x $y", "z1", "z2", ""}));
 }
 
 TEST_F(ConsoleWithScriptedEngine, WithoutAnEngineCommandsAreRecordedAndTheConsoleStaysUsable) {

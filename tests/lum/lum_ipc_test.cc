@@ -15,9 +15,13 @@ namespace {
 class RECORDING_IPC : public LUM_IPC_OBJECT {
  public:
   std::vector<std::string> posted;
+  std::vector<int> weights;
 
  protected:
-  void post_command(const std::string& command) override { posted.push_back(command); }
+  void post_command(const std::string& command, int lines) override {
+    posted.push_back(command);
+    weights.push_back(lines);
+  }
 };
 
 struct CLASSIFY_CASE {
@@ -35,6 +39,7 @@ TEST_P(LineClassification, ForwardsTheFrontEndCommand) {
   ipc.set_msg_target(&report);
   ipc.set_display(&display);
   for (const std::string& line : GetParam().lines) ipc.process_line(line);
+  ipc.block_delivered();
   std::vector<std::string> expected;
   for (std::string e : GetParam().expected) {
     size_t at = e.find("%T");
@@ -72,7 +77,16 @@ INSTANTIATE_TEST_SUITE_P(
         CLASSIFY_CASE{"UnknownLineDroppedAndNextStartsFresh",
                       {"Warning: something odd {", "tcl> "},
                       {"lum_tcl_prompt"}},
-        CLASSIFY_CASE{"PrefixesAreCaseSensitive", {"Tcl> ", "ECHO_STDOUT  x", "tcl>"}, {}}),
+        CLASSIFY_CASE{"PrefixesAreCaseSensitive", {"Tcl> ", "ECHO_STDOUT  x", "tcl>"}, {}},
+        CLASSIFY_CASE{"LiteralTextsAreBatchedUntilAnotherLine",
+                      {"echo_stdout  a", "echo_stdout {b {c}", "}", "echo_stdout  {}", "echo_stdout  -d", "tcl> ",
+                       "echo_stdout  e"},
+                      {"lum_echo_stdout -- {a\nb {c}\n\n-d}", "lum_tcl_prompt", "lum_echo_stdout  e"}},
+        CLASSIFY_CASE{"TextsBracesCannotCarryEndTheBatch",
+                      {"echo_stdout  a", "echo_stdout {x} {", "}", "echo_stdout {y\\", "}", "echo_stdout  b",
+                       "echo_stdout {z", "echo_stdout  c", "}"},
+                      {"lum_echo_stdout  a", "lum_echo_stdout {x} {\n}", "lum_echo_stdout {y\\\n}",
+                       "lum_echo_stdout  b", "lum_echo_stdout {z\necho_stdout  c\n}"}}),
     [](const ::testing::TestParamInfo<CLASSIFY_CASE>& info) { return std::string(info.param.name); });
 
 TEST(LineClassification, PromptsPostTheIdleAndStartupEventsAndInternalErrorsTheSeenEvent) {
@@ -95,6 +109,26 @@ TEST(LineClassification, PromptsPostTheIdleAndStartupEventsAndInternalErrorsTheS
   ipc.process_line("msg_internal_error 0 \"x\"");
   EXPECT_TRUE(ipc.get_idle_event().is_posted());
   EXPECT_TRUE(display.get_internal_error_seen_event().is_posted());
+}
+
+TEST(LineClassification, BatchesCountTheirLinesAndStayBounded) {
+  MSG_REPORT report;
+  RECORDING_IPC ipc;
+  ipc.set_msg_target(&report);
+  const int limit = LUM_IPC_OBJECT::MAX_OUTSTANDING_LINES / 8;
+  for (int i = 0; i < limit + 3; ++i) ipc.process_line("echo_stdout  l" + std::to_string(i));
+  ASSERT_EQ(ipc.posted.size(), 1u);  // full: forwarded without waiting for the block's end
+  EXPECT_EQ(ipc.weights, std::vector<int>{limit});
+  ipc.block_delivered();
+  ASSERT_EQ(ipc.posted.size(), 2u);
+  EXPECT_EQ(ipc.posted[1], "lum_echo_stdout -- {l" + std::to_string(limit) + "\nl" + std::to_string(limit + 1) +
+                               "\nl" + std::to_string(limit + 2) + "}");
+  EXPECT_EQ(ipc.weights, (std::vector<int>{limit, 3}));
+  // A held braced line whose engine ended before its "}" is gathered as before.
+  ipc.process_line("echo_stdout {open");
+  ipc.mark_ended();
+  EXPECT_EQ(ipc.posted.size(), 2u);
+  EXPECT_EQ(ipc.get_line_buffer_size(), std::string("lum_echo_stdout {open").size());
 }
 
 TEST(LineClassification, NothingIsRecognisedWithoutAMessageTarget) {
