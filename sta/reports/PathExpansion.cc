@@ -152,80 +152,127 @@ void find_prev(const sta::PathRef &path, const sta::StaState *sta, sta::PathRef 
 
 } // namespace
 
-PrevPathCache::Slot &PrevPathCache::slot(std::uint64_t key)
+PrevPathCache::PrevPathCache(const sta::StaState *sta, size_t expected_points) : m_sta(sta)
+{
+  size_t size = 4096;
+  while (size < 2 * expected_points)
+    size *= 2;
+  m_slots = ZeroedArray<Slot>(size);
+  m_shift = 64 - std::countr_zero(m_slots.size());
+  m_nodes.reserve(expected_points);
+}
+
+PrevPathCache::Slot &PrevPathCache::slot(const sta::Vertex *vertex, std::uint32_t tag_index)
 {
   const size_t mask = m_slots.size() - 1;
   // Fibonacci hashing: the top bits of the product mix every bit of the key.
+  const std::uint64_t key = reinterpret_cast<std::uintptr_t>(vertex) ^
+                            (std::uint64_t(tag_index) << 48) ^ tag_index;
   size_t i = static_cast<size_t>((key * 0x9E3779B97F4A7C15ull) >> m_shift);
-  while (m_slots[i].key != 0 && m_slots[i].key != key)
+  while (m_slots[i].vertex != nullptr &&
+         (m_slots[i].vertex != vertex || m_slots[i].tag_index != tag_index))
     i = (i + 1) & mask;
   return m_slots[i];
 }
 
 void PrevPathCache::grow()
 {
-  std::vector<Slot> old = std::move(m_slots);
-  m_slots.assign(old.empty() ? 4096 : old.size() * 2, Slot());
+  ZeroedArray<Slot> old = std::move(m_slots);
+  m_slots = ZeroedArray<Slot>(old.size() * 2);
   m_shift = 64 - std::countr_zero(m_slots.size());
-  for (const Slot &entry : old)
-    if (entry.key != 0)
-      slot(entry.key) = entry;
+  for (size_t i = 0; i < old.size(); i++)
+    if (old[i].vertex != nullptr)
+      slot(old[i].vertex, old[i].tag_index) = old[i];
+}
+
+std::uint32_t PrevPathCache::node_of(const sta::PathRef &path)
+{
+  int arrival_index = 0;
+  // Only points stored on a vertex have a stable identity; enumerated
+  // points (alternative paths) have no node.
+  if (!stored_slot(path, arrival_index))
+    return no_node;
+  if ((m_nodes.size() + 1) * 2 > m_slots.size())
+    grow();
+  sta::Vertex *vertex = path.vertex(m_sta);
+  const std::uint32_t tag_index = path.tagIndex(m_sta);
+  Slot &found = slot(vertex, tag_index);
+  if (found.vertex == nullptr) {
+    found.vertex = vertex;
+    found.tag_index = tag_index;
+    found.node = static_cast<std::uint32_t>(m_nodes.size());
+    Node &node = m_nodes.emplace_back();
+    node.vertex = vertex;
+    node.tag = path.tag(m_sta);
+    node.arrival_index = arrival_index;
+    node.arrival = path.arrival(m_sta);
+  }
+  return found.node;
+}
+
+std::uint32_t PrevPathCache::prev_node(std::uint32_t index, sta::PathRef &prev,
+                                       sta::TimingArc *&arc)
+{
+  ++m_lookups;
+  Node *node = &m_nodes[index];
+  if (node->prev == unknown_prev) {
+    ++m_misses;
+    sta::PathRef path;
+    path.init(node->vertex, node->tag, node->arrival_index);
+    find_prev(path, m_sta, prev, arc);
+    // A predecessor without a vertex slot has no node; it is asked for
+    // again by the next path through here.
+    const std::uint32_t found = prev.isNull() ? no_node : node_of(prev);
+    node = &m_nodes[index];  // node_of may have moved the nodes
+    if (prev.isNull() || found != no_node) {
+      node->prev = found;
+      node->arc = arc;
+    }
+    return found;
+  }
+  arc = node->arc;
+  if (node->prev == no_node) {
+    prev.init();
+  } else {
+    const Node &before = m_nodes[node->prev];
+    prev.init(before.vertex, before.tag, before.arrival_index);
+  }
+  return node->prev;
 }
 
 void PrevPathCache::prev(const sta::PathRef &path, sta::PathRef &prev, sta::TimingArc *&arc)
 {
+  const std::uint32_t node = node_of(path);
+  if (node != no_node) {
+    prev_node(node, prev, arc);
+    return;
+  }
   ++m_lookups;
-  int arrival_index = 0;
-  // Only points stored on a vertex have a stable identity; enumerated
-  // points (alternative paths) are asked directly.
-  if (!stored_slot(path, arrival_index)) {
-    ++m_misses;
-    path.prevPath(m_sta, prev, arc);
-    return;
-  }
-  if ((m_used + 1) * 2 > m_slots.size())
-    grow();
-  const std::uint64_t key = key_of(path.vertexId(m_sta), path.tagIndex(m_sta));
-  Slot &found = slot(key);
-  if (found.key == key) {
-    const Entry &entry = found.entry;
-    arc = entry.arc;
-    if (entry.vertex == nullptr)
-      prev.init();
-    else
-      prev.init(entry.vertex, entry.tag, entry.arrival_index);
-    return;
-  }
   ++m_misses;
-  find_prev(path, m_sta, prev, arc);
-  int prev_index = 0;
-  // A predecessor without a vertex slot could not be rebuilt from an
-  // entry; it is not kept, and the next asker finds it again.
-  if (prev.isNull() || stored_slot(prev, prev_index)) {
-    found.key = key;
-    found.entry.vertex = prev.isNull() ? nullptr : prev.vertex(m_sta);
-    found.entry.tag = prev.isNull() ? nullptr : prev.tag(m_sta);
-    found.entry.arrival_index = prev_index;
-    found.entry.arc = arc;
-    ++m_used;
-  }
+  path.prevPath(m_sta, prev, arc);
 }
 
 void ExpandedPath::expand(const sta::Path *path, PrevPathCache &cache, const sta::StaState *sta)
 {
-  m_points.clear();
-  m_arcs.clear();
-  m_start = 0;
-  m_latch_edge = nullptr;
+  clear();
+  m_cache = &cache;
   if (path == nullptr)
     return;
   const sta::Latches *latches = sta->latches();
   sta::PathRef point(path);
+  std::uint32_t node = cache.node_of(point);
   bool found_start = false;
   while (!point.isNull()) {
     sta::PathRef prev;
     sta::TimingArc *arc = nullptr;
-    cache.prev(point, prev, arc);
+    std::uint32_t prev_node = PrevPathCache::no_node;
+    if (node != PrevPathCache::no_node) {
+      prev_node = cache.prev_node(node, prev, arc);
+    } else {
+      cache.prev(point, prev, arc);
+      if (!prev.isNull())
+        prev_node = cache.node_of(prev);
+    }
     if (!found_start && arc != nullptr) {
       const sta::TimingRole *role = arc->role();
       if (role == sta::TimingRole::regClkToQ() || role == sta::TimingRole::latchEnToQ()) {
@@ -240,24 +287,37 @@ void ExpandedPath::expand(const sta::Path *path, PrevPathCache &cache, const sta
           m_latch_edge = edge;
           m_points.emplace_back(point);
           m_arcs.push_back(arc);
+          m_nodes.push_back(node);
           m_points.emplace_back(prev);
           m_arcs.push_back(nullptr);
+          m_nodes.push_back(prev_node);
           return;
         }
       }
     }
     m_points.emplace_back(point);
     m_arcs.push_back(arc);
+    m_nodes.push_back(node);
     point.init(prev);
+    node = prev_node;
   }
   if (!found_start && !m_points.empty())
     m_start = m_points.size() - 1;
+}
+
+float ExpandedPath::arrival(size_t index, const sta::StaState *sta)
+{
+  const std::uint32_t node = m_nodes[reversed(index)];
+  if (node != PrevPathCache::no_node && m_cache != nullptr)
+    return m_cache->node(node).arrival;
+  return path(index)->arrival(sta);
 }
 
 void ExpandedPath::clear()
 {
   m_points.clear();
   m_arcs.clear();
+  m_nodes.clear();
   m_start = 0;
   m_latch_edge = nullptr;
 }
@@ -270,6 +330,8 @@ void ExpandedPath::assign_prefix(const ExpandedPath &other, size_t count)
   const size_t skip = other.m_points.size() - count;
   m_points.assign(other.m_points.begin() + skip, other.m_points.end());
   m_arcs.assign(other.m_arcs.begin() + skip, other.m_arcs.end());
+  m_nodes.assign(other.m_nodes.begin() + skip, other.m_nodes.end());
+  m_cache = other.m_cache;
   m_start = m_points.empty() ? 0 : m_points.size() - 1;
 }
 

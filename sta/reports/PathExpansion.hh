@@ -16,6 +16,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <type_traits>
 #include <vector>
 
 namespace sta {
@@ -29,42 +33,91 @@ class Tag;
 
 namespace vexa {
 
+// An array of zero bytes that the system hands out page by page as it is
+// first touched (calloc of a large block maps zero pages): a table indexed
+// by vertex or hashed over a large range then costs only the pages a report
+// uses, instead of writing all of it first.
+template <class T>
+class ZeroedArray
+{
+  static_assert(std::is_trivially_copyable_v<T>);
+
+public:
+  ZeroedArray() = default;
+  explicit ZeroedArray(size_t size)
+      : m_data(static_cast<T *>(std::calloc(size ? size : 1, sizeof(T)))), m_size(size)
+  {
+    if (!m_data)
+      throw std::bad_alloc();
+  }
+  T &operator[](size_t index) { return m_data.get()[index]; }
+  const T &operator[](size_t index) const { return m_data.get()[index]; }
+  size_t size() const { return m_size; }
+  bool empty() const { return m_size == 0; }
+
+private:
+  struct Free
+  {
+    void operator()(T *data) const { std::free(data); }
+  };
+  std::unique_ptr<T, Free> m_data;
+  size_t m_size = 0;
+};
+
 class PrevPathCache
 {
 public:
-  explicit PrevPathCache(const sta::StaState *sta) : m_sta(sta) {}
+  // `expected_points`: how many distinct points the report is likely to
+  // meet (the table is sized for them up front; it grows when needed).
+  explicit PrevPathCache(const sta::StaState *sta, size_t expected_points = 0);
   // The point before `path` (null at a start point) and the arc from it.
   void prev(const sta::PathRef &path, sta::PathRef &prev, sta::TimingArc *&arc);
   size_t lookups() const { return m_lookups; }
   size_t misses() const { return m_misses; }
 
-private:
-  struct Entry
+  // Every stored point met is a node: its place on its vertex, its arrival
+  // and, once asked, its predecessor as another node. A path whose end was
+  // laid out before is then followed from node to node, without a look-up
+  // per point.
+  static constexpr std::uint32_t no_node = 0xffffffffu;
+  struct Node
   {
-    sta::Vertex *vertex = nullptr;  // null: no predecessor
+    sta::Vertex *vertex = nullptr;
     sta::Tag *tag = nullptr;
     int arrival_index = 0;
-    sta::TimingArc *arc = nullptr;
+    float arrival = 0;                  // the point's arrival (OpenSTA's seconds)
+    sta::TimingArc *arc = nullptr;      // the arc from the predecessor
+    std::uint32_t prev = unknown_prev;  // predecessor node, no_node at a start
+    // What the owner of the cache keeps about the point's pin (index + 1,
+    // 0 while not asked).
+    std::uint32_t pin_entry = 0;
   };
-  struct Slot
+  // The node of a stored point (made on first sight), or no_node for an
+  // enumerated point.
+  std::uint32_t node_of(const sta::PathRef &path);
+  Node &node(std::uint32_t index) { return m_nodes[index]; }
+  // The predecessor of a node: `prev` and `arc` as prev() gives them, and
+  // its node (no_node at a start point, or when the predecessor is not a
+  // stored point).
+  std::uint32_t prev_node(std::uint32_t index, sta::PathRef &prev, sta::TimingArc *&arc);
+
+private:
+  static constexpr std::uint32_t unknown_prev = 0xfffffffeu;
+  struct Slot  // all zero: empty
   {
-    std::uint64_t key = 0;  // 0: empty
-    Entry entry;
+    const sta::Vertex *vertex;  // null: empty
+    std::uint32_t tag_index;
+    std::uint32_t node;
   };
-  // A point's key: its vertex and tag numbers, never 0.
-  static std::uint64_t key_of(std::uint32_t vertex_id, std::uint32_t tag_index)
-  {
-    return ((std::uint64_t(vertex_id) << 32) | tag_index) + 1;
-  }
-  // The slot of `key`, or the empty slot where it belongs. The table is
-  // open-addressed (tens of thousands of entries per report, each looked
-  // up about five times): one probe into one array instead of a node each.
-  Slot &slot(std::uint64_t key);
+  // The slot of a point, or the empty slot where it belongs. The table is
+  // open-addressed (tens of thousands of points per report): one probe
+  // into one array instead of a node each.
+  Slot &slot(const sta::Vertex *vertex, std::uint32_t tag_index);
   void grow();
 
   const sta::StaState *m_sta;
-  std::vector<Slot> m_slots;
-  size_t m_used = 0;
+  ZeroedArray<Slot> m_slots;
+  std::vector<Node> m_nodes;
   int m_shift = 64;
   size_t m_lookups = 0;
   size_t m_misses = 0;
@@ -83,6 +136,10 @@ public:
   size_t size() const { return m_points.size(); }
   // path(0) is the first point (a clock source or an input), path(size()-1) the end.
   sta::PathRef *path(size_t index) { return &m_points[reversed(index)]; }
+  // The cache's node of point `index`, or PrevPathCache::no_node.
+  std::uint32_t node(size_t index) const { return m_nodes[reversed(index)]; }
+  // The arrival of point `index` (as path(index)->arrival gives it).
+  float arrival(size_t index, const sta::StaState *sta);
   // The arc that reaches point `index` (null for the first point).
   sta::TimingArc *prevArc(size_t index) const { return m_arcs[reversed(index)]; }
   // The point where the data path starts: the output of the launching
@@ -99,6 +156,8 @@ private:
   // Stored end first, as they are found.
   std::vector<sta::PathRef> m_points;
   std::vector<sta::TimingArc *> m_arcs;
+  std::vector<std::uint32_t> m_nodes;
+  PrevPathCache *m_cache = nullptr;
   size_t m_start = 0;
   sta::Edge *m_latch_edge = nullptr;
 };

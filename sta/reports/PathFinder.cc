@@ -121,14 +121,35 @@ struct PathEndList
   ~PathEndList() { delete ends; }
 };
 
+// The path ends of a search, worst first when `sorted`, else in no
+// particular order.
 sta::PathEndSeq *find_ends(sta::Sta *sta, sta::ExceptionFrom *from, sta::ExceptionThruSeq *thrus,
                            sta::ExceptionTo *to, Analysis analysis, int group_count,
-                           int endpoint_count, float slack_max, float slack_min = -sta::INF)
+                           int endpoint_count, bool sorted, float slack_max,
+                           float slack_min = -sta::INF)
 {
   AnalysisFlags flags = flags_for(analysis);
-  return sta->findPathEnds(from, thrus, to, false, nullptr, min_max_for(analysis), group_count,
-                           endpoint_count, false, slack_min, slack_max, true, nullptr,
-                           flags.setup, flags.hold, flags.recovery, flags.removal, false, false);
+  // OpenSTA sorts the ends of each path group (a stable sort by PathEndLess)
+  // and, asked to sort by slack, sorts their concatenation once more with
+  // the same comparison, working out both slacks of every pair again: for
+  // thousands of ends that costs more than the rest of the search. A
+  // stable merge of the groups' sorted runs gives the same order.
+  sta::PathEndSeq *ends =
+    sta->findPathEnds(from, thrus, to, false, nullptr, min_max_for(analysis), group_count,
+                      endpoint_count, false, slack_min, slack_max, false, nullptr, flags.setup,
+                      flags.hold, flags.recovery, flags.removal, false, false);
+  if (sorted && ends->size() > 1) {
+    sta::PathEndLess less(sta);
+    std::vector<size_t> runs;  // where each run after the first begins
+    for (size_t i = 1; i < ends->size(); i++)
+      if (less((*ends)[i], (*ends)[i - 1]))
+        runs.push_back(i);
+    runs.push_back(ends->size());
+    for (size_t k = 0; k + 1 < runs.size(); k++)
+      std::inplace_merge(ends->begin(), ends->begin() + runs[k], ends->begin() + runs[k + 1],
+                         less);
+  }
+  return ends;
 }
 
 // A group count large enough to return every end point of a group.
@@ -195,7 +216,7 @@ std::string location_of(const sta::Network *network, const sta::Pin *pin)
   return cell ? cell : "";
 }
 
-std::string rise_fall_of(const sta::TransRiseFall *tr)
+std::string_view rise_fall_of(const sta::TransRiseFall *tr)
 {
   if (tr == sta::TransRiseFall::rise())
     return "R";
@@ -296,7 +317,7 @@ void add_clock_network(std::vector<PathPointRecord> &rows, double &last, Expande
   };
   std::vector<Point> points;
   for (size_t i = 0; i < clock.size(); i++)
-    points.push_back({*clock.path(i), i ? clock.prevArc(i) : nullptr, clock.path(i)->arrival(sta)});
+    points.push_back({*clock.path(i), i ? clock.prevArc(i) : nullptr, clock.arrival(i, sta)});
   // A generated clock's points start at its source pin; its master's path
   // to that pin goes first (and so on for a clock generated from another).
   for (int depth = 0; depth < 8 && !points.empty(); depth++) {
@@ -347,7 +368,10 @@ void add_clock_network(std::vector<PathPointRecord> &rows, double &last, Expande
 
 } // namespace
 
-PathReportCache::PathReportCache(const sta::Sta *sta) : m_sta(sta), m_prev_paths(sta) {}
+PathReportCache::PathReportCache(const sta::Sta *sta, size_t expected_points)
+    : m_sta(sta), m_texts(std::make_shared<Texts>()), m_prev_paths(sta, expected_points)
+{
+}
 
 PathReportCache::~PathReportCache() = default;
 
@@ -360,26 +384,48 @@ PathReportCache::PinInfo PathReportCache::make_info(const sta::Pin *pin) const
   return info;
 }
 
-const PathReportCache::PinInfo &PathReportCache::pin(const sta::Pin *pin)
+std::uint32_t PathReportCache::pin_entry(const sta::Pin *pin)
 {
+  std::deque<PinInfo> &pins = m_texts->pins;
   sta::Graph *graph = m_sta->graph();
   const sta::VertexId id = graph ? m_sta->network()->vertexId(pin) : 0;
   if (id != 0) {
     if (m_pin_by_vertex.empty())
-      m_pin_by_vertex.assign(static_cast<size_t>(graph->vertexCount()) + 1, 0);
+      m_pin_by_vertex = ZeroedArray<std::uint32_t>(static_cast<size_t>(graph->vertexCount()) + 1);
     if (id < m_pin_by_vertex.size()) {
       std::uint32_t &slot = m_pin_by_vertex[id];
       if (slot == 0) {
-        m_pins.push_back(make_info(pin));
-        slot = static_cast<std::uint32_t>(m_pins.size());
+        pins.push_back(make_info(pin));
+        slot = static_cast<std::uint32_t>(pins.size());
       }
-      return m_pins[slot - 1];
+      return slot - 1;
     }
   }
-  auto [it, fresh] = m_pins_without_vertex.try_emplace(pin, m_pins.size());
+  auto [it, fresh] = m_pins_without_vertex.try_emplace(pin, pins.size());
   if (fresh)
-    m_pins.push_back(make_info(pin));
-  return m_pins[it->second];
+    pins.push_back(make_info(pin));
+  return static_cast<std::uint32_t>(it->second);
+}
+
+const PathReportCache::PinInfo &PathReportCache::pin(const sta::Pin *pin)
+{
+  return m_texts->pins[pin_entry(pin)];
+}
+
+const PathReportCache::PinInfo &PathReportCache::point_pin(ExpandedPath &path, size_t index)
+{
+  const std::uint32_t node = path.node(index);
+  if (node == PrevPathCache::no_node)
+    return pin(path.path(index)->pin(m_sta));
+  std::uint32_t &entry = m_prev_paths.node(node).pin_entry;
+  if (entry == 0)
+    entry = pin_entry(path.path(index)->pin(m_sta)) + 1;
+  return m_texts->pins[entry - 1];
+}
+
+std::string_view PathReportCache::text(std::string_view text)
+{
+  return *m_texts->texts.emplace(text).first;
 }
 
 TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis analysis,
@@ -391,6 +437,7 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
   PathReportCache &cache = shared_cache ? *shared_cache : *own_cache;
   TimeUnit unit(sta);
   TimingPathRecord record;
+  record.texts = cache.texts();
   record.analysis = analysis;
   record.slack = unit.to_user(end->slack(sta));
   record.arrival = unit.to_user(end->dataArrivalTimeOffset(sta));
@@ -459,7 +506,7 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
   if (src_edge && launch_info) {
     if (!from_port && launch_propagated)
       launch_clock_time =
-        launch_clock_path.path(launch_clock_path.size() - 1)->arrival(sta) + src_offset;
+        launch_clock_path.arrival(launch_clock_path.size() - 1, sta) + src_offset;
     else
       launch_clock_time = src_edge_time + launch_info->insertion() + launch_info->latency();
   }
@@ -467,7 +514,7 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
     record.clock_skew = unit.to_user(tgt_latency - (launch_clock_time - src_edge_time));
   // The data delay is counted from the clock pin, or from the input port.
   const double launch_time =
-    from_port ? expanded.path(launch_index)->arrival(sta) + src_offset : launch_clock_time;
+    from_port ? expanded.arrival(launch_index, sta) + src_offset : launch_clock_time;
   record.data_delay = unit.to_user(end->dataArrivalTimeOffset(sta) - launch_time);
 
   // Without points (a summary) neither the tables nor the cell/interconnect
@@ -478,9 +525,9 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
   arrival_rows.clear();
   arrival_rows.reserve(expanded.size() + launch_clock_path.size() + 4);
 
-  auto point_row = [&](sta::PathRef *path, sta::TimingArc *arc, bool clock_path) {
+  auto pin_row = [&](const PathReportCache::PinInfo &info, sta::PathRef *path,
+                     sta::TimingArc *arc, bool clock_path) {
     PathPointRecord row;
-    const PathReportCache::PinInfo &info = cache.pin(path->pin(sta));
     row.rise_fall = rise_fall_of(path->transition(sta));
     row.fanout = info.fanout;
     row.type = arc_type(arc);
@@ -489,7 +536,11 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
     row.is_clock_path = clock_path;
     return row;
   };
-  auto clock_row = [](const char *text) {
+  // A point of a laid-out path; its pin is known from the cache's node.
+  auto point_row = [&](ExpandedPath &path, size_t index, sta::TimingArc *arc, bool clock_path) {
+    return pin_row(cache.point_pin(path, index), path.path(index), arc, clock_path);
+  };
+  auto clock_row = [](std::string_view text) {
     PathPointRecord row;
     row.element = text;
     row.type = "clock";
@@ -505,7 +556,7 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
     double folded_wires = 0;
     size_t first_data = 0;
     if (src_edge) {
-      add_row(rows, last, unit.to_user(src_edge_time), clock_row(edge_text(src_edge).c_str()));
+      add_row(rows, last, unit.to_user(src_edge_time), clock_row(cache.text(edge_text(src_edge))));
       if (from_port) {
         add_row(rows, last, unit.to_user(launch_clock_time),
                 clock_row(launch_propagated ? "clock network delay (propagated)"
@@ -517,19 +568,19 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
         add_row(rows, last, unit.to_user(launch_time), ext_row);
         launch_row = rows.size();
         add_row(rows, last, unit.to_user(launch_time),
-                point_row(expanded.path(launch_index), nullptr, false));
+                point_row(expanded, launch_index, nullptr, false));
       } else if (!launch_propagated && from_clock_pin) {
         if (launch_clock_time != src_edge_time)
           add_row(rows, last, unit.to_user(launch_clock_time), clock_row("clock source latency"));
         launch_row = rows.size();
         add_row(rows, last, unit.to_user(launch_clock_time),
-                point_row(launch_clock_path.path(launch_clock_path.size() - 1), nullptr, true));
+                point_row(launch_clock_path, launch_clock_path.size() - 1, nullptr, true));
       } else if (!launch_propagated) {
         add_row(rows, last, unit.to_user(launch_clock_time),
                 clock_row("clock network delay (ideal)"));
         launch_row = rows.size();
         add_row(rows, last, unit.to_user(launch_clock_time),
-                point_row(launch_clock_path.path(launch_clock_path.size() - 1), nullptr, true));
+                point_row(launch_clock_path, launch_clock_path.size() - 1, nullptr, true));
       } else {
         add_clock_network(rows, last, launch_clock_path, unit.to_user(launch_clock_time), cache,
                           sta, unit);
@@ -539,29 +590,28 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
       if (latch_edge != nullptr && !from_port) {
         // The data reached the open latch after its enable: the time given
         // to the start point, then the latch's data input.
-        const double data_in = unit.to_user(expanded.path(0)->arrival(sta) + src_offset);
+        const double data_in = unit.to_user(expanded.arrival(0, sta) + src_offset);
         PathPointRecord given;
         given.element = data_in >= rows.back().total ? "time given to startpoint"
                                                       : "time borrowed from startpoint";
         given.type = "borrow";
         add_row(rows, last, data_in, given);
-        add_row(rows, last, data_in, point_row(expanded.path(0), nullptr, false));
+        add_row(rows, last, data_in, point_row(expanded, 0, nullptr, false));
         first_data = 1;
       }
     }
     for (size_t i = first_data; i < expanded.size(); i++) {
-      sta::PathRef *path = expanded.path(i);
       sta::TimingArc *arc = i == 0 ? nullptr : expanded.prevArc(i);
       // Without routing a load pin of the data path is left out when a cell
       // arc follows it; its wire delay then counts in the next row, whose
       // increment is taken from the totals.
       if (!with_routing && i + 1 < expanded.size() && arc_type(arc) == "IC" &&
           arc_type(expanded.prevArc(i + 1)) != "IC") {
-        folded_wires += unit.to_user(path->arrival(sta) - expanded.path(i - 1)->arrival(sta));
+        folded_wires += unit.to_user(expanded.arrival(i, sta) - expanded.arrival(i - 1, sta));
         continue;
       }
-      double total = unit.to_user(path->arrival(sta) + src_offset);
-      add_row(rows, last, total, point_row(path, arc, false));
+      double total = unit.to_user(expanded.arrival(i, sta) + src_offset);
+      add_row(rows, last, total, point_row(expanded, i, arc, false));
     }
     // Cell and interconnect delay of the data path (after the launch point).
     for (size_t i = launch_row + 1; i < rows.size(); i++)
@@ -580,7 +630,7 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
     std::vector<PathPointRecord> &rows = record.required_points;
     double last = 0;
     if (tgt_edge) {
-      add_row(rows, last, unit.to_user(tgt_base), clock_row(edge_text(tgt_edge).c_str()));
+      add_row(rows, last, unit.to_user(tgt_base), clock_row(cache.text(edge_text(tgt_edge))));
       const sta::PathVertex *tgt_path = end->targetClkPath();
       bool propagated = false;
       if (tgt_path && !tgt_path->isNull()) {
@@ -616,11 +666,11 @@ TimingPathRecord make_path_record(sta::Sta *sta, sta::PathEnd *end, Analysis ana
         // An ideal clock pin comes after the adjustments of the edge.
         sta::PathRef ref;
         tgt_path->setRef(ref);
-        add_row(rows, last, last, point_row(&ref, nullptr, true));
+        add_row(rows, last, last, pin_row(cache.pin(ref.pin(sta)), &ref, nullptr, true));
       }
     }
     PathPointRecord check_row;
-    check_row.element = check_row_text(end, sta);
+    check_row.element = cache.text(check_row_text(end, sta));
     check_row.type = analysis_is_max(analysis) ? "uTsu" : "uTh";
     if (end->isOutputDelay())
       check_row.type = "oExt";
@@ -744,14 +794,14 @@ void for_each_timing_path(sta::Sta *sta, const PathQuery &query,
   std::vector<sta::PathEnd *> ends;
   if (!parts.filtered()) {
     list.ends = find_ends(sta, parts.from, parts.thrus, parts.to, query.analysis, query.npaths, 1,
-                          slack_max, slack_min);
+                          true, slack_max, slack_min);
     ends.assign(list.ends->begin(), list.ends->end());
   } else {
     // Several paths per end point, since the worst one may belong to other
     // clocks; the worst kept one of each end point stands for it.
     const int per_endpoint = 4 * (static_cast<int>(sta->sdc()->clocks()->size()) + 1);
     list.ends = find_ends(sta, parts.from, parts.thrus, parts.to, query.analysis,
-                          all_endpoints_count(sta), per_endpoint, slack_max, slack_min);
+                          all_endpoints_count(sta), per_endpoint, true, slack_max, slack_min);
     std::set<const sta::Vertex *> seen;
     for (sta::PathEnd *end : *list.ends) {
       auto among = [](const std::vector<sta::Clock *> &clocks, const sta::Clock *clock) {
@@ -775,7 +825,9 @@ void for_each_timing_path(sta::Sta *sta, const PathQuery &query,
       count--;
   if (prepared)
     prepared(count);
-  PathReportCache cache(sta);
+  // The worst paths of neighbouring end points share most of their points:
+  // a few new points per path on a large design.
+  PathReportCache cache(sta, std::min<size_t>(count * 8, size_t(1) << 20));
   for (size_t i = 0; i < count; i++, check_interrupt())
     visit(make_path_record(sta, ends[i], query.analysis, query.with_points, &cache,
                            query.with_routing));
@@ -799,8 +851,10 @@ void for_each_endpoint(sta::Sta *sta, Analysis analysis, VISIT visit)
   if (sta->network()->topInstance() == nullptr)
     throw ReportError("No netlist is loaded.");
   PathEndList list;
+  // Sorted, so that sums over the end points (total negative slack) add
+  // in the same order every time.
   list.ends = find_ends(sta, nullptr, nullptr, nullptr, analysis, all_endpoints_count(sta), 1,
-                        sta::INF);
+                        true, sta::INF);
   for (sta::PathEnd *end : *list.ends) {
     check_interrupt();
     if (!end->isUnconstrained())

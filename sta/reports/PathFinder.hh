@@ -17,9 +17,11 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace sta {
@@ -77,9 +79,17 @@ public:
     std::string location;
     int fanout = 0;
   };
-  explicit PathReportCache(const sta::Sta *sta);
+  // `expected_points`: a guess of the distinct path points the report will
+  // meet, to size the look-up tables once.
+  explicit PathReportCache(const sta::Sta *sta, size_t expected_points = 0);
   ~PathReportCache();
   const PinInfo &pin(const sta::Pin *pin);
+  // The pin of point `index` of a path laid out from this cache.
+  const PinInfo &point_pin(ExpandedPath &path, size_t index);
+  // A text that outlives the cache as long as a record holds texts().
+  std::string_view text(std::string_view text);
+  // What path records hold to keep the names and texts of this cache.
+  std::shared_ptr<const void> texts() const { return m_texts; }
   PrevPathCache &prev_paths() { return m_prev_paths; }
   // Storage reused from path to path.
   ExpandedPath &data_path() { return m_data_path; }
@@ -89,13 +99,20 @@ public:
 
 private:
   PinInfo make_info(const sta::Pin *pin) const;
+  std::uint32_t pin_entry(const sta::Pin *pin);
 
+  struct Texts
+  {
+    // Pins met so far (a deque: the names never move).
+    std::deque<PinInfo> pins;
+    std::unordered_set<std::string> texts;
+  };
   const sta::Sta *m_sta;
+  std::shared_ptr<Texts> m_texts;
   // The pins met so far, found through their vertex number (one array
   // probe; a hash of tens of thousands of nodes cost more than the names).
   // Pins without a vertex are kept by address.
-  std::deque<PinInfo> m_pins;
-  std::vector<std::uint32_t> m_pin_by_vertex;  // index in m_pins + 1, 0 when not met
+  ZeroedArray<std::uint32_t> m_pin_by_vertex;  // index in pins + 1, 0 when not met
   std::unordered_map<const sta::Pin *, size_t> m_pins_without_vertex;
   PrevPathCache m_prev_paths;
   ExpandedPath m_data_path;

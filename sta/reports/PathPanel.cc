@@ -3,6 +3,7 @@
 #include "rdb/rdb_writer.hh"
 #include "shell/Interrupt.hh"
 
+#include <charconv>
 #include <cmath>
 #include <ostream>
 #include <string_view>
@@ -32,6 +33,8 @@ void visit_point_rows(const std::vector<PathPointRecord> &points, bool show_rout
                       const std::function<void(const PointCells &)> &visit)
 {
   PointCells cells;
+  TimeText total, incr;
+  char fanout[16];
   // A folded interconnect row (a load pin of the data path followed by its
   // cell's output) passes its increment on to the row that follows. Clock
   // network rows are never folded: the launching clock pin must show.
@@ -44,15 +47,17 @@ void visit_point_rows(const std::vector<PathPointRecord> &points, bool show_rout
       pending += point.incr;
       continue;
     }
-    cells[0] = format_time(point.total);
-    cells[1] = format_time(point.incr + pending);
+    cells[0] = format_time(point.total, total);
+    cells[1] = format_time(point.incr + pending, incr);
     pending = 0;
     cells[2] = point.rise_fall;
     cells[3] = point.type;
-    if (point.fanout > 0)
-      cells[4] = std::to_string(point.fanout);
-    else
-      cells[4].clear();
+    if (point.fanout > 0) {
+      auto [end, error] = std::to_chars(fanout, fanout + sizeof fanout, point.fanout);
+      cells[4] = std::string_view(fanout, error == std::errc() ? end - fanout : 0);
+    } else {
+      cells[4] = {};
+    }
     cells[5] = point.location;
     cells[6] = point.element;
     visit(cells);
@@ -156,11 +161,8 @@ void PathPanelWriter::add_database(const TimingPathRecord &path)
   for (auto [part, points] : {std::make_pair(RDB_PATH_PART::ARRIVAL, &path.arrival_points),
                               std::make_pair(RDB_PATH_PART::REQUIRED, &path.required_points)}) {
     RDB_TABLE_WRITER table = m_panel->add_path_table(path_where, part, path_point_columns);
-    visit_point_rows(*points, m_options.show_routing, [&](const PointCells &cells) {
-      std::string_view views[7] = {cells[0], cells[1], cells[2], cells[3],
-                                   cells[4], cells[5], cells[6]};
-      table.add_row(views, 7);
-    });
+    visit_point_rows(*points, m_options.show_routing,
+                     [&](const PointCells &cells) { table.add_row(cells.data(), cells.size()); });
   }
 }
 

@@ -26,6 +26,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 class RDB_PANEL_WRITER;
 class RDB_TABLE_WRITER;
@@ -80,8 +81,8 @@ std::vector<std::string> path_summary_cells(const TimingPathRecord &path);
 // interconnect rows are folded into the next row.
 std::vector<std::vector<std::string>> path_point_rows(const std::vector<PathPointRecord> &points,
                                                       bool show_routing);
-// The same rows handed over one at a time in a reused buffer.
-using PointCells = std::array<std::string, 7>;
+// The same rows handed over one at a time, as views valid during the call.
+using PointCells = std::array<std::string_view, 7>;
 void visit_point_rows(const std::vector<PathPointRecord> &points, bool show_routing,
                       const std::function<void(const PointCells &)> &visit);
 extern const std::vector<std::string> path_summary_columns;

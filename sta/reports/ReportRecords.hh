@@ -8,8 +8,10 @@
 // OpenSTA's internal seconds.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vexa {
@@ -23,16 +25,19 @@ const char *analysis_title(Analysis analysis);      // "Setup", ...
 // against the same edge.
 bool analysis_is_max(Analysis analysis);
 
-// One row of a path's arrival or required table.
+// One row of a path's arrival or required table. A report of ten thousand
+// paths has hundreds of thousands of rows naming the same few thousand pins,
+// so the texts are views: of constants, or of the names kept by the path
+// record's `texts` (see TimingPathRecord).
 struct PathPointRecord
 {
-  double total = 0;       // time at this point
-  double incr = 0;        // increment from the previous row
-  std::string rise_fall;  // "R", "F" or "" for rows that are no pin
-  int fanout = 0;         // loads of the net driven here (driver pins only)
-  std::string type;       // "CELL", "IC", "uTco", "uTsu", "iExt", "clock", ...
-  std::string element;    // pin or description ("clk (rise edge)")
-  std::string location;   // library cell of the pin's instance, "(port)" for ports
+  double total = 0;            // time at this point
+  double incr = 0;             // increment from the previous row
+  std::string_view rise_fall;  // "R", "F" or "" for rows that are no pin
+  int fanout = 0;              // loads of the net driven here (driver pins only)
+  std::string_view type;       // "CELL", "IC", "uTco", "uTsu", "iExt", "clock", ...
+  std::string_view element;    // pin or description ("clk (rise edge)")
+  std::string_view location;   // library cell of the pin's instance, "(port)" for ports
   bool is_clock_path = false;
 };
 
@@ -55,6 +60,9 @@ struct TimingPathRecord
   bool violated = false;
   std::vector<PathPointRecord> arrival_points;
   std::vector<PathPointRecord> required_points;
+  // Keeps alive the texts the points refer to (shared by the paths of one
+  // report); copies of the record share it.
+  std::shared_ptr<const void> texts;
 };
 
 // A path search. Empty lists mean "any".

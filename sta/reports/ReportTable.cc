@@ -7,7 +7,9 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <ostream>
 
 namespace vexa {
@@ -103,19 +105,55 @@ void write_table_text(std::ostream &out, const ReportTable &table)
   write_rows_text(out, table.columns, table.rows);
 }
 
-std::string format_time(double value)
+std::string_view format_time(double value, TimeText &buffer)
 {
   if (!std::isfinite(value))
     return value > 0 ? "inf" : "-inf";
-  // Hundreds of thousands of times per large report: std::to_chars gives the
-  // same text as printf's "%.3f" without the locale and format parsing.
-  // 320 characters hold any finite double in this form.
-  char text[320];
-  auto [end, error] = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, 3);
-  std::string result(text, error == std::errc() ? end : text);
-  if (result == "-0.000")
-    result = "0.000";
-  return result;
+  // Hundreds of thousands of times per large path report. The double is
+  // m * 2^e with an integer m below 2^53; for |value| < 2^52 (e < 0) its
+  // thousandths, m * 1000 / 2^-e, are rounded here exactly as printf's
+  // "%.3f" rounds them (to nearest, ties to even, on the exact binary
+  // value) with integer arithmetic; m * 1000 stays below 2^63.
+  int exponent = 0;
+  const double fraction = std::frexp(std::fabs(value), &exponent);  // [0.5, 1)
+  const int shift = 53 - exponent;  // value = m / 2^shift
+  if (fraction == 0 || shift > 64) {
+    // |value| < 2^-11 < 0.0005: zero in three decimals.
+    std::memcpy(buffer, "0.000", 5);
+    return std::string_view(buffer, 5);
+  }
+  if (shift >= 1) {
+    const std::uint64_t m = static_cast<std::uint64_t>(std::ldexp(fraction, 53));
+    const std::uint64_t n = m * 1000;
+    std::uint64_t q = shift == 64 ? 0 : n >> shift;
+    const std::uint64_t rest = shift == 64 ? n : n & ((std::uint64_t(1) << shift) - 1);
+    const std::uint64_t half = std::uint64_t(1) << (shift - 1);
+    if (rest > half || (rest == half && (q & 1)))
+      q++;
+    char digits[24];
+    auto [end, error] = std::to_chars(digits, digits + sizeof digits, q / 1000);
+    (void)error;
+    char *out = buffer;
+    if (value < 0 && q != 0)
+      *out++ = '-';
+    out = std::copy(digits, end, out);
+    const unsigned thousandths = static_cast<unsigned>(q % 1000);
+    *out++ = '.';
+    *out++ = static_cast<char>('0' + thousandths / 100);
+    *out++ = static_cast<char>('0' + thousandths / 10 % 10);
+    *out++ = static_cast<char>('0' + thousandths % 10);
+    return std::string_view(buffer, out - buffer);
+  }
+  // Whole numbers of 2^52 and more.
+  auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value,
+                                    std::chars_format::fixed, 3);
+  return std::string_view(buffer, error == std::errc() ? end - buffer : 0);
+}
+
+std::string format_time(double value)
+{
+  TimeText buffer;
+  return std::string(format_time(value, buffer));
 }
 
 std::string format_count(long long value)

@@ -10,6 +10,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class RDB_PANEL_WRITER;
@@ -44,6 +45,10 @@ void write_rows_text(std::ostream &out, const std::vector<std::string> &columns,
 
 // "-1.248" style: three decimals, no "-0.000".
 std::string format_time(double value);
+// The same text written into `buffer` (320 characters hold any value), for
+// the hundreds of thousands of cells of a large path report.
+using TimeText = char[320];
+std::string_view format_time(double value, TimeText &buffer);
 std::string format_count(long long value);
 
 } // namespace vexa

@@ -1,5 +1,6 @@
 // The parts of the report commands that need no design: option parsing,
-// histogram binning, constraint splitting and the folding of path points.
+// histogram binning, constraint splitting, the folding of path points and
+// the text of times.
 #include "reports/DesignReports.hh"
 #include "reports/PathFinder.hh"
 #include "reports/PathPanel.hh"
@@ -9,6 +10,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <random>
 #include <tcl.h>
 
 namespace vexa {
@@ -154,6 +158,46 @@ TEST(Constraints, SplitIntoOptionsValueAndTargetsWithoutEvaluating)
   EXPECT_EQ(parse_constraint("create_generated_clock -source [get_ports c] -divide_by 2 x")
               .options[0].second,
             "[get_ports c]");
+}
+
+// Times are written by integer arithmetic instead of printf; the text must
+// be printf's "%.3f" to the last digit, ties (exact halves of a thousandth,
+// such as 0.0625) included, with "-0.000" written as "0.000".
+TEST(TimeText, IsPrintfThreeDecimals)
+{
+  auto expected = [](double value) {
+    char text[400];
+    std::snprintf(text, sizeof text, "%.3f", value);
+    return std::strcmp(text, "-0.000") == 0 ? std::string("0.000") : std::string(text);
+  };
+  std::vector<double> values = {0.0, -0.0, 0.0005, -0.0005, 0.0015, 0.0625, -0.0625, 0.1875,
+                                1.0625, 2.5e-4, 4.9e-4, 4.99999e-4, 5.00001e-4, 0.9995,
+                                -0.9995, 1e-300, 5e-324, 123456.7895, 9.999999, 1e15, -1e15,
+                                4503599627370495.5, 9007199254740993.0, 1e300, -1e300};
+  // Every exact half thousandth that a double holds: k/2000 with 125 | k.
+  for (int k = 125; k < 4000000; k += 250)
+    values.push_back(k / 2000.0), values.push_back(-k / 2000.0);
+  std::mt19937_64 random(11);
+  for (int i = 0; i < 200000; i++) {
+    // Any bit pattern of a double whose magnitude lies in 2^-20 .. 2^60.
+    std::uint64_t bits = random();
+    const std::uint64_t exponent = 1023 - 20 + bits % 81;
+    bits = (bits & 0x800fffffffffffffull) | (exponent << 52);
+    double value;
+    std::memcpy(&value, &bits, sizeof value);
+    values.push_back(value);
+    values.push_back(std::nextafter(std::round(value * 1000) / 1000 + 0.0005, 0.0));
+  }
+  size_t wrong = 0;
+  for (double value : values) {
+    TimeText buffer;
+    if (format_time(value, buffer) != expected(value) && ++wrong < 10)
+      ADD_FAILURE() << "value " << std::hexfloat << value << ": \"" << format_time(value)
+                    << "\" instead of \"" << expected(value) << "\"";
+  }
+  EXPECT_EQ(wrong, 0u);
+  EXPECT_EQ(format_time(INFINITY), "inf");
+  EXPECT_EQ(format_time(-INFINITY), "-inf");
 }
 
 TEST(PathPoints, InterconnectRowsFoldIntoTheNextCellUnlessRoutingIsShown)
