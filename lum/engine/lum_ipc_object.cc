@@ -190,8 +190,18 @@ void LUM_IPC_OBJECT::flush_held_text() {
 
 void LUM_IPC_OBJECT::block_delivered() { flush_text_batch(); }
 
-void LUM_IPC_OBJECT::process_line(const std::string& line) {
+void LUM_IPC_OBJECT::process_line(const std::string& engine_line) {
   const bool hidden = m_hidden_mode.load();
+  // The interpreter's queue takes commands as C strings, where a NUL byte
+  // would end the command early (and a brace before it would then never be
+  // closed). Tcl writes the character NUL as the bytes C0 80 in its strings.
+  std::string with_nul;
+  if (!hidden && engine_line.find('\0') != std::string::npos) {
+    with_nul = engine_line;
+    for (size_t at = with_nul.find('\0'); at != std::string::npos; at = with_nul.find('\0', at + 2))
+      with_nul.replace(at, 1, "\xC0\x80");
+  }
+  const std::string& line = with_nul.empty() ? engine_line : with_nul;
   if (!hidden) {
     if (!m_brace_line.empty() && line == "}") {
       add_to_batch(m_brace_line, true);

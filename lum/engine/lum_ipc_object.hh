@@ -24,6 +24,8 @@
 // batch is forwarded before any other line, when it is full, and whenever
 // the reader has read all there is (block_delivered), so no text waits for
 // more output.
+// A NUL byte in a line becomes Tcl's form of the character NUL (the bytes
+// C0 80), so that a forwarded command is never cut short at it.
 // In hidden mode (a hidden command outstanding) the engine's text lines go to
 // the caller's result, exactly as the engine printed them (its encoding
 // undone), and nothing is forwarded.
