@@ -778,7 +778,7 @@ ExceptionParts make_exceptions(sta::Sta *sta, const PathQuery &query)
 
 void for_each_timing_path(sta::Sta *sta, const PathQuery &query,
                           const std::function<void(size_t count)> &prepared,
-                          const std::function<void(const TimingPathRecord &)> &visit)
+                          const std::function<void(TimingPathRecord &&)> &visit)
 {
   if (query.npaths < 1)
     throw ReportError("The number of paths (-npaths) must be a positive integer.");
@@ -838,7 +838,7 @@ std::vector<TimingPathRecord> find_timing_paths(sta::Sta *sta, const PathQuery &
   std::vector<TimingPathRecord> records;
   for_each_timing_path(
     sta, query, [&](size_t count) { records.reserve(count); },
-    [&](const TimingPathRecord &record) { records.push_back(record); });
+    [&](TimingPathRecord &&record) { records.push_back(std::move(record)); });
   return records;
 }
 

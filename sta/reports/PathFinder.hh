@@ -61,10 +61,10 @@ std::vector<TimingPathRecord> find_timing_paths(sta::Sta *sta, const PathQuery &
 // The same paths handed to `visit` one at a time, so that a report of ten
 // thousand paths never holds them all. Names are resolved (and ReportError
 // thrown) before the first call of `prepared`, which runs once the search is
-// done and before the first path; the record passed to `visit` is reused.
+// done and before the first path; `visit` may keep the record it is given.
 void for_each_timing_path(sta::Sta *sta, const PathQuery &query,
                           const std::function<void(size_t count)> &prepared,
-                          const std::function<void(const TimingPathRecord &)> &visit);
+                          const std::function<void(TimingPathRecord &&)> &visit);
 
 // What a report of many paths looks up again and again, kept for the length
 // of that report: what the point tables show of each pin (name, library cell,

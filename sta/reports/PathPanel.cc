@@ -4,9 +4,15 @@
 #include "shell/Interrupt.hh"
 
 #include <charconv>
+#include <chrono>
 #include <cmath>
+#include <condition_variable>
+#include <deque>
+#include <exception>
+#include <mutex>
 #include <ostream>
 #include <string_view>
+#include <thread>
 
 namespace vexa {
 
@@ -164,6 +170,117 @@ void PathPanelWriter::add_database(const TimingPathRecord &path)
     visit_point_rows(*points, m_options.show_routing,
                      [&](const PointCells &cells) { table.add_row(cells.data(), cells.size()); });
   }
+}
+
+// Paths go over in batches, so that the threads meet once per batch rather
+// than once per path; a few batches queued keep both busy through the bumps
+// of either.
+constexpr size_t pipeline_batch = 32;
+constexpr size_t pipeline_batches = 4;
+
+struct PathPanelPipeline::State
+{
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::vector<TimingPathRecord> filling;  // the producer's batch (its own)
+  std::deque<std::vector<TimingPathRecord>> queue;
+  bool closing = false;  // no more paths come
+  bool busy = false;     // the thread is writing a batch
+  std::exception_ptr failure;
+  std::thread thread;
+};
+
+PathPanelPipeline::PathPanelPipeline(PathPanelWriter &writer)
+    : m_writer(writer), m_state(std::make_unique<State>())
+{
+  m_state->thread = std::thread([this] { run(); });
+}
+
+PathPanelPipeline::~PathPanelPipeline()
+{
+  stop();
+}
+
+void PathPanelPipeline::run()
+{
+  State &state = *m_state;
+  std::unique_lock<std::mutex> lock(state.mutex);
+  for (;;) {
+    state.changed.wait(lock, [&] { return state.closing || !state.queue.empty(); });
+    if (state.queue.empty())
+      return;
+    std::vector<TimingPathRecord> batch = std::move(state.queue.front());
+    state.queue.pop_front();
+    state.busy = true;
+    state.changed.notify_all();
+    lock.unlock();
+    const auto start = std::chrono::steady_clock::now();
+    std::exception_ptr failure;
+    try {
+      for (const TimingPathRecord &path : batch)
+        m_writer.add(path);
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    batch.clear();
+    m_writing_seconds +=
+      std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    lock.lock();
+    state.busy = false;
+    if (failure) {
+      state.failure = failure;
+      state.queue.clear();
+      state.closing = true;
+    }
+    state.changed.notify_all();
+  }
+}
+
+void PathPanelPipeline::add(TimingPathRecord &&path)
+{
+  State &state = *m_state;
+  state.filling.push_back(std::move(path));
+  if (state.filling.size() < pipeline_batch)
+    return;
+  std::unique_lock<std::mutex> lock(state.mutex);
+  state.changed.wait(lock,
+                     [&] { return state.failure || state.queue.size() < pipeline_batches; });
+  if (state.failure)
+    std::rethrow_exception(state.failure);
+  state.queue.push_back(std::move(state.filling));
+  state.filling = {};
+  state.filling.reserve(pipeline_batch);
+  state.changed.notify_all();
+}
+
+void PathPanelPipeline::finish()
+{
+  State &state = *m_state;
+  {
+    std::unique_lock<std::mutex> lock(state.mutex);
+    if (!state.filling.empty() && !state.failure) {
+      state.queue.push_back(std::move(state.filling));
+      state.filling = {};
+      state.changed.notify_all();
+    }
+    state.changed.wait(lock, [&] { return state.failure || (state.queue.empty() && !state.busy); });
+  }
+  stop();
+  if (state.failure)
+    std::rethrow_exception(state.failure);
+}
+
+void PathPanelPipeline::stop()
+{
+  State &state = *m_state;
+  {
+    std::lock_guard<std::mutex> lock(state.mutex);
+    state.closing = true;
+    state.queue.clear();
+  }
+  state.changed.notify_all();
+  if (state.thread.joinable())
+    state.thread.join();
 }
 
 void PathPanelWriter::add_text(const TimingPathRecord &path)

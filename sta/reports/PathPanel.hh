@@ -75,6 +75,36 @@ private:
   size_t m_count = 0;
 };
 
+// Hands paths to a PathPanelWriter that writes them on a thread of its own,
+// so that the rows of one path are encoded while the next paths are laid
+// out (in a large report the two take about as long). The writer must be
+// used by nothing else until finish() has returned. add() waits while many
+// paths are queued; finish() waits until every path is written and throws
+// what the writer threw (the first failure stops the writing; later add()s
+// then throw it at once). Dropped unfinished, it stops its thread and
+// discards what is queued.
+class PathPanelPipeline
+{
+public:
+  explicit PathPanelPipeline(PathPanelWriter &writer);
+  ~PathPanelPipeline();
+  PathPanelPipeline(const PathPanelPipeline &) = delete;
+  PathPanelPipeline &operator=(const PathPanelPipeline &) = delete;
+  void add(TimingPathRecord &&path);
+  void finish();
+  // Seconds the thread spent writing (known after finish()).
+  double writing_seconds() const { return m_writing_seconds; }
+
+private:
+  struct State;
+  void run();
+  void stop();
+
+  PathPanelWriter &m_writer;
+  std::unique_ptr<State> m_state;
+  double m_writing_seconds = 0;
+};
+
 // The summary-table cells of one path (shared by both forms, and tested).
 std::vector<std::string> path_summary_cells(const TimingPathRecord &path);
 // The point-table rows of one side of a path; without routing the
