@@ -30,6 +30,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <memory>
 #include <random>
 #include <sstream>
 #include <string>
@@ -265,7 +266,10 @@ int main(int argc, char **argv)
   // Writing alone, without the analysis: a histogram and a summary table.
   std::string file = dir + "/bench_write.rdb";
   fs::remove(file);
-  RDB_WRITER writer(file, RDB_TIMING_REPORT);
+  // The writer is closed before its files are removed (SQLite keeps a log
+  // and a shared-memory file beside the database while it is open).
+  auto writer_holder = std::make_unique<RDB_WRITER>(file, RDB_TIMING_REPORT);
+  RDB_WRITER &writer = *writer_holder;
   std::mt19937 random(7);
   std::normal_distribution<double> slack(1.0, 2.0);
 
@@ -310,6 +314,8 @@ int main(int argc, char **argv)
               histogram_seconds, bins.size() / histogram_seconds);
   std::printf("%-34s %8.3f s (%.0f rows/s)\n", "write a 10,000-row summary table",
               table_seconds, paths.size() / table_seconds);
-  fs::remove(file);
+  writer_holder.reset();
+  for (const char *suffix : {"", "-wal", "-shm"})
+    fs::remove(file + suffix);
   return 0;
 }
