@@ -1,18 +1,25 @@
 // The parts of the report commands that need no design: option parsing,
 // histogram binning, constraint splitting, the folding of path points and
-// the text of times.
+// the text of times, and the writing of path panels on a second thread.
 #include "reports/DesignReports.hh"
 #include "reports/PathFinder.hh"
 #include "reports/PathPanel.hh"
 #include "reports/ReportArgs.hh"
 #include "reports/ReportOutput.hh"
+#include "shell/Interrupt.hh"
+
+#include "rdb/rdb_object.hh"
+#include "rdb/rdb_report.hh"
+#include "rdb/rdb_writer.hh"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
 #include <cstdio>
 #include <cstring>
 #include <random>
+#include <unistd.h>
 #include <tcl.h>
 
 namespace vexa {
@@ -198,6 +205,71 @@ TEST(TimeText, IsPrintfThreeDecimals)
   EXPECT_EQ(wrong, 0u);
   EXPECT_EQ(format_time(INFINITY), "inf");
   EXPECT_EQ(format_time(-INFINITY), "-inf");
+}
+
+// Paths handed to the pipeline reach the panel whole and in their order
+// (more of them than one batch, and a last batch that is not full); a
+// failure of the writer's thread (here an interrupt) comes back to the
+// caller and nothing more is written.
+TEST(PathPipeline, WritesEveryPathInOrderAndPassesFailuresBack)
+{
+  const std::filesystem::path file =
+    std::filesystem::temp_directory_path() / ("chronel_pipeline_" + std::to_string(getpid()) + ".rdb");
+  auto path_record = [](int i) {
+    TimingPathRecord path;
+    path.slack = -1.0 + 0.001 * i;
+    path.violated = path.slack < 0;
+    path.from_node = "r" + std::to_string(i);
+    path.to_node = "q" + std::to_string(i) + "/D";
+    PathPointRecord point;
+    point.total = point.incr = 0.25;
+    point.type = "CELL";
+    point.element = "u1/Y";
+    path.arrival_points.assign(3, point);
+    path.required_points.assign(2, point);
+    return path;
+  };
+  constexpr int count = 1000;
+  {
+    RDB_WRITER writer(file.string(), RDB_TIMING_REPORT);
+    RDB_PANEL_WRITER panel = writer.begin_panel("Paths");
+    panel.add_folder("");
+    PathPanelWriter paths(&panel, nullptr, PathPanelOptions());
+    PathPanelPipeline pipeline(paths);
+    for (int i = 0; i < count; i++)
+      pipeline.add(path_record(i));
+    pipeline.finish();
+    EXPECT_EQ(paths.count(), static_cast<size_t>(count));
+    panel.commit();
+
+    RDB_PANEL_WRITER failing = writer.begin_panel("Stopped");
+    failing.add_folder("");
+    PathPanelWriter stopped(&failing, nullptr, PathPanelOptions());
+    PathPanelPipeline second(stopped);
+    interrupt_raised = 1;
+    bool thrown = false;
+    try {
+      for (int i = 0; i < count; i++)
+        second.add(path_record(i));
+      second.finish();
+    } catch (const Interrupted &) {
+      thrown = true;
+    }
+    interrupt_raised = 0;
+    EXPECT_TRUE(thrown);
+    EXPECT_EQ(stopped.count(), 0u);
+  }
+  std::unique_ptr<RDB_REPORT> report = RDB_REPORT::open(file.string());
+  auto *table = dynamic_cast<RDB_TABLE_OBJECT *>(report->find_object("Paths||Summary of Paths"));
+  ASSERT_NE(table, nullptr);
+  ASSERT_EQ(table->get_number_of_data_rows(), count);
+  for (int i = 0; i < count; i++)
+    ASSERT_EQ(table->get_data(i + 1, 1), "r" + std::to_string(i)) << i;
+  EXPECT_NE(report->find_object("Paths||Path " + std::to_string(count)), nullptr);
+  EXPECT_EQ(report->find_object("Stopped"), nullptr);
+  report.reset();
+  for (const char *suffix : {"", "-wal", "-shm"})
+    std::filesystem::remove(file.string() + suffix);
 }
 
 TEST(PathPoints, InterconnectRowsFoldIntoTheNextCellUnlessRoutingIsShown)
