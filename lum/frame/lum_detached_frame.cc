@@ -31,6 +31,7 @@
 #include "engine/lum_console_view.hh"
 #include "engine/lum_help.hh"
 #include "frame/lum_command_lines.hh"
+#include "frame/lum_dock_pins.hh"
 #include "frame/lum_engine_ended_dlg.hh"
 #include "frame/lum_file_dialogs.hh"
 #include "frame/lum_frame_icons.hh"
@@ -124,6 +125,8 @@ LUM_DETACHED_FRAME::LUM_DETACHED_FRAME() : QMainWindow(nullptr) {
 }
 
 LUM_DETACHED_FRAME::~LUM_DETACHED_FRAME() {
+  delete m_pins;  // before the bars it watches
+  m_pins = nullptr;
   if (m_instance == this) m_instance = nullptr;
   if (lum_get_frame() == this) lum_set_frame(nullptr);
   shutdown_engine();
@@ -236,8 +239,12 @@ bool LUM_DETACHED_FRAME::create_client() {
 
   setCentralWidget(make_home_page());
 
-  for (QDockWidget* dock : {m_console_bar, m_tasks_bar, m_report_bar})
+  m_pins = new LUM_DOCK_PINS(this);
+  for (QDockWidget* dock : {m_console_bar, m_tasks_bar, m_report_bar}) {
+    m_pins->add_bar(dock);
     connect(dock, &QDockWidget::visibilityChanged, this, [this] { update_command_states(); });
+  }
+  connect(m_pins, &LUM_DOCK_PINS::pins_changed, this, [this] { update_command_states(); });
   connect(m_console, &LUM_CONSOLE_CTRL::busy_changed, this, [this](bool busy) {
     m_busy = busy;
     update_command_states();
@@ -279,14 +286,12 @@ bool LUM_DETACHED_FRAME::create_client() {
 QWidget* LUM_DETACHED_FRAME::get_report_view() const { return centralWidget(); }
 
 void LUM_DETACHED_FRAME::set_tasks_pane(QWidget* pane) {
-  delete m_tasks_bar->widget();
-  m_tasks_bar->setWidget(pane);
+  m_pins->set_pane(m_tasks_bar, pane);
   update_command_states();
 }
 
 void LUM_DETACHED_FRAME::set_report_tree(QWidget* tree) {
-  delete m_report_bar->widget();
-  m_report_bar->setWidget(tree);
+  m_pins->set_pane(m_report_bar, tree);
   update_command_states();
 }
 
@@ -456,16 +461,18 @@ bool LUM_DETACHED_FRAME::is_command_enabled(unsigned id) const {
   const LUM_ENABLE_STATE state = get_enable_state();
   if (!lum_command_is_enabled(id, state)) return false;
   if (needs_dialog(id) && m_dialogs.find(id) == m_dialogs.end()) return false;
-  if (id == LUM_ID_VIEW_REPORT_TREE) return m_report_bar != nullptr && m_report_bar->widget() != nullptr;
+  if (id == LUM_ID_VIEW_REPORT_TREE) return m_pins != nullptr && m_pins->pane(m_report_bar) != nullptr;
   return true;
 }
 
 void LUM_DETACHED_FRAME::update_command_states() {
   for (auto& [id, action] : m_actions) {
     action->setEnabled(is_command_enabled(id));
-    if (id == LUM_ID_VIEW_TASK_PANE) action->setChecked(m_tasks_bar && m_tasks_bar->isVisible());
-    if (id == LUM_ID_VIEW_REPORT_TREE) action->setChecked(m_report_bar && m_report_bar->isVisible());
-    if (id == LUM_ID_VIEW_CONSOLE) action->setChecked(m_console_bar && m_console_bar->isVisible());
+    // A bar is "on" while docked and shown or collapsed to its edge tab.
+    const auto on = [this](QDockWidget* bar) { return bar && (bar->isVisible() || (m_pins && !m_pins->is_pinned(bar))); };
+    if (id == LUM_ID_VIEW_TASK_PANE) action->setChecked(on(m_tasks_bar));
+    if (id == LUM_ID_VIEW_REPORT_TREE) action->setChecked(on(m_report_bar));
+    if (id == LUM_ID_VIEW_CONSOLE) action->setChecked(on(m_console_bar));
   }
   const LUM_ENABLE_STATE state = get_enable_state();
   for (QAction* action : m_recent_actions) action->setEnabled(lum_command_is_enabled(action->data().toUInt(), state));
@@ -538,7 +545,16 @@ void LUM_DETACHED_FRAME::on_command(unsigned id) {
 
 void LUM_DETACHED_FRAME::toggle_bar(QDockWidget* bar) {
   if (bar == nullptr) return;
-  bar->setVisible(!bar->isVisible());
+  if (!m_pins->is_pinned(bar)) {
+    // An auto-hidden bar comes back docked in its place.
+    m_pins->pin(bar);
+  } else if (bar->isFloating() && bar->isVisible()) {
+    // A floating bar, perhaps lost behind other windows or off screen, docks again.
+    bar->setFloating(false);
+    bar->raise();
+  } else {
+    bar->setVisible(!bar->isVisible());
+  }
   update_command_states();
 }
 
@@ -981,6 +997,7 @@ void LUM_DETACHED_FRAME::save_window_state() {
                                : LUM_WINDOW_PLACEMENT::SHOW_NORMAL;
   lum_save_window_placement(p);
   CFG_REGISTRY_KEY(DOCK_STATE_KEY).set_string("state", saveState().toBase64().toStdString());
+  CFG_REGISTRY_KEY(DOCK_STATE_KEY).set_string("pins", m_pins->save());
 }
 
 void LUM_DETACHED_FRAME::load_window_state() {
@@ -999,6 +1016,7 @@ void LUM_DETACHED_FRAME::load_window_state() {
   if (p.right - p.left > 100 && p.bottom - p.top > 100) setGeometry(p.left, p.top, p.right - p.left, p.bottom - p.top);
   const std::string dock_state = CFG_REGISTRY_KEY(DOCK_STATE_KEY).get_string("state");
   if (!dock_state.empty()) restoreState(QByteArray::fromBase64(QByteArray::fromStdString(dock_state)));
+  m_pins->restore(CFG_REGISTRY_KEY(DOCK_STATE_KEY).get_string("pins"));
   if (p.show_cmd == LUM_WINDOW_PLACEMENT::SHOW_MAXIMIZED) showMaximized();
   else show();
   if (dock_state.empty()) {

@@ -32,6 +32,7 @@ class LUM_CONSOLE_CTRL;
 class LUM_CONSOLE_VIEW;
 class QAction;
 class QDockWidget;
+class LUM_DOCK_PINS;
 class QLabel;
 class QMenu;
 class QProgressBar;
@@ -78,6 +79,8 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   QDockWidget* get_console_bar() const { return m_console_bar; }
   QDockWidget* get_tasks_bar() const { return m_tasks_bar; }
   QDockWidget* get_report_bar() const { return m_report_bar; }
+  // The push-pins of the three bars (unpinned bars slide out from an edge).
+  LUM_DOCK_PINS* get_dock_pins() const { return m_pins; }
   // Replace the placeholders; the frame takes ownership.
   void set_tasks_pane(QWidget* pane);
   void set_report_tree(QWidget* tree);
@@ -228,6 +231,7 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   QDockWidget* m_console_bar = nullptr;
   QDockWidget* m_tasks_bar = nullptr;
   QDockWidget* m_report_bar = nullptr;
+  LUM_DOCK_PINS* m_pins = nullptr;
   QLabel* m_status_panes[STATUS_PANES] = {};
   QProgressBar* m_busy_bar = nullptr;
   QLabel* m_home_project = nullptr;

@@ -24,11 +24,11 @@ const std::vector<LUM_COMMAND_DEF>& table() {
       {LUM_ID_FILE_CLOSE, "on_file_close", "E&xit", "Ctrl+Q", "Close the Chronel Timing Analyzer",
        R::ALWAYS, nullptr, nullptr},
       // View
-      {LUM_ID_VIEW_TASK_PANE, "on_view_task_pane", "&Tasks", "Alt+1", "Show or hide the Tasks pane",
+      {LUM_ID_VIEW_TASK_PANE, "on_view_task_pane", "&Tasks", "Alt+1", "Show or hide the Tasks pane; bring it back docked when auto-hidden or floating",
        R::PANE_TOGGLE, nullptr, nullptr},
-      {LUM_ID_VIEW_REPORT_TREE, "on_view_report_tree", "&Report", "Alt+2", "Show or hide the Report pane",
+      {LUM_ID_VIEW_REPORT_TREE, "on_view_report_tree", "&Report", "Alt+2", "Show or hide the Report pane; bring it back docked when auto-hidden or floating",
        R::PANE_TOGGLE, nullptr, nullptr},
-      {LUM_ID_VIEW_CONSOLE, "on_view_console", "&Console", "Alt+3", "Show or hide the Console pane",
+      {LUM_ID_VIEW_CONSOLE, "on_view_console", "&Console", "Alt+3", "Show or hide the Console pane; bring it back docked when auto-hidden or floating",
        R::PANE_TOGGLE, nullptr, nullptr},
       // Netlist
       {LUM_ID_CREATE_TIMING_NETLIST, "on_create_timing_netlist", "&Create Timing Netlist...", "Ctrl+Shift+N",
