@@ -832,7 +832,17 @@ bool LUM_DETACHED_FRAME::open_project(const char* path) {
     msg_show_catalogue_message(plan.error_entry, plan.error_insert.c_str());
     return false;
   }
+  const std::string db_problem = lum_project_database_problem(plan.project_path, plan.revision);
+  if (!db_problem.empty()) {
+    msg_debug("LUMEX project database of '%s': %s", plan.project_path.c_str(), db_problem.c_str());
+    // Cancel leaves everything as it was and sends nothing.
+    if (msg_show_catalogue_message(LUM_MSG_PROJECT_INCOMPATIBLE) != MSG_ANSWER_OK) return false;
+  }
   if (m_project_is_open == '1' && !close_project()) return false;
+  if (!db_problem.empty() && !lum_remove_project_database(plan.project_path, plan.revision)) {
+    msg_show_catalogue_message(LUM_MSG_CANT_REPLACE_PROJECT_DATABASE, plan.project_path.c_str());
+    return false;
+  }
   if (plan.create_project_file && !lum_create_project_file_for_revision(plan.project_path, plan.revision)) {
     msg_show_catalogue_message(LUM_MSG_CANT_CREATE_PROJECT, plan.project_path.c_str());
     return false;

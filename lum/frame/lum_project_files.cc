@@ -1,5 +1,8 @@
 #include "frame/lum_project_files.hh"
 
+#include "rdb/rdb_error.hh"
+#include "rdb/rdb_report.hh"
+
 #include "platform/cfg.hh"
 
 #include <algorithm>
@@ -24,6 +27,11 @@ const char* const LUM_MSG_NETLIST_NOT_FOUND =
     "The netlist file %1!s! named by the revision settings does not exist./OLUM_NETLIST_NOT_FOUND";
 const char* const LUM_MSG_CANT_CREATE_PROJECT =
     "Unable to create the project file %1!s!./OLUM_CANT_CREATE_PROJECT";
+const char* const LUM_MSG_PROJECT_INCOMPATIBLE =
+    "The project is not compatible with the current version of the Vexa Chronel Timing Analyzer.  Do you "
+    "want to convert it now, overwriting the old project database?/COLUM_PROJECT_INCOMPATIBLE";
+const char* const LUM_MSG_CANT_REPLACE_PROJECT_DATABASE =
+    "Unable to remove the old project database of %1!s!./OLUM_CANT_REPLACE_PROJECT_DATABASE";
 
 namespace {
 
@@ -291,4 +299,28 @@ void LUM_RECENT_PROJECTS::add(const std::string& path) {
 std::string LUM_RECENT_PROJECTS::at(int index) const {
   if (index < 0 || index >= static_cast<int>(m_entries.size())) return {};
   return m_entries[index];
+}
+
+std::string lum_project_database_problem(const std::string& vpf_path, const std::string& revision) {
+  const std::string file = rdb_report_file_path(lum_path_directory(vpf_path), revision, RDB_TIMING_REPORT);
+  std::error_code error;
+  if (!std::filesystem::exists(file, error)) return std::string();
+  try {
+    RDB_REPORT::open(file);
+  } catch (const RDB_ERROR& e) {
+    if (e.get_reason().rfind("the file is locked", 0) == 0) return std::string();
+    return e.get_reason();
+  }
+  return std::string();
+}
+
+bool lum_remove_project_database(const std::string& vpf_path, const std::string& revision) {
+  const std::string file = rdb_report_file_path(lum_path_directory(vpf_path), revision, RDB_TIMING_REPORT);
+  bool all_gone = true;
+  for (const std::string& name : {file, file + "-wal", file + "-shm"}) {
+    std::error_code error;
+    std::filesystem::remove(name, error);
+    if (std::filesystem::exists(name, error)) all_gone = false;
+  }
+  return all_gone;
 }

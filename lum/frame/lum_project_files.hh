@@ -78,12 +78,24 @@ bool lum_family_has_rise_fall(const std::string& families_file, const std::strin
 // (empty for an unknown family).
 std::vector<std::string> lum_family_speed_grades(const std::string& families_file, const std::string& family);
 
+// Whether the revision's timing report database can be used by this program:
+// an empty reason when there is none yet or it reads (older schemas are
+// upgraded in place by the engine), else why not: not a report database,
+// written by a newer version, damaged. A file locked by another process counts
+// as usable (it is not this file's fault).
+std::string lum_project_database_problem(const std::string& vpf_path, const std::string& revision);
+// Removes that database (and SQLite's -wal and -shm files beside it) so that
+// the engine writes a new one. False when a file stays.
+bool lum_remove_project_database(const std::string& vpf_path, const std::string& revision);
+
 // Catalogue entries of the project checks.
 extern const char* const LUM_MSG_PROJECT_NOT_FOUND;
 extern const char* const LUM_MSG_PROJECT_HAS_NO_REVISION;
 extern const char* const LUM_MSG_REVISION_NOT_FOUND;
 extern const char* const LUM_MSG_NETLIST_NOT_FOUND;
 extern const char* const LUM_MSG_CANT_CREATE_PROJECT;
+extern const char* const LUM_MSG_PROJECT_INCOMPATIBLE;  // OK/Cancel
+extern const char* const LUM_MSG_CANT_REPLACE_PROJECT_DATABASE;
 
 // The most recently opened projects, newest first, at most sixteen (one per
 // command of the recent-project range), kept in the per-user settings.

@@ -19,6 +19,9 @@
 #include "engine/lum_console_view.hh"
 #include "engine/lum_history_ctrl.hh"
 #include "frame/lum_detached_frame.hh"
+#include "frame/lum_project_files.hh"
+#include "rdb/rdb_writer.hh"
+#include "rdb/rdb_report.hh"
 #include "frame/lum_engine_ended_dlg.hh"
 #include "frame/lum_entry.hh"
 #include "frame/lum_main_menu.hh"
@@ -185,6 +188,44 @@ TEST_F(FrameTest, BadProjectsAreReportedAndSendNothing) {
   EXPECT_NE(m_box_texts.at(0).find(path("absent.vpf")), std::string::npos);
   EXPECT_TRUE(console()->get_current_command().empty());
   EXPECT_EQ(history()->entry_count(), 0);
+}
+
+TEST_F(FrameTest, AProjectDatabaseThisVersionCannotReadIsReplacedOnlyAfterOk) {
+  make_frame(false);
+  std::ofstream(path("top.vpf")) << "revision = top\n";
+  std::ofstream(path("top.vsf")) << "family = OSU\n";
+  const std::string db = rdb_report_file_path(path(""), "top", RDB_TIMING_REPORT);
+  { RDB_WRITER writer(db, RDB_TIMING_REPORT); }  // a database of this version: no question
+  EXPECT_EQ(lum_project_database_problem(path("top.vpf"), "top"), "");
+  m_files = {path("top.vpf")};
+  m_frame->find_action(LUM_ID_FILE_OPEN_PROJECT)->trigger();
+  EXPECT_TRUE(m_boxes.empty());
+  EXPECT_EQ(console()->get_current_command(), "project_open \"" + path("top.vpf") + "\" -revision top");
+  engine_prompts();
+  m_frame->set_state_flag(LUM_STATE_FLAG::PROJECT_IS_OPEN, '0');
+
+  std::ofstream(db, std::ios::trunc) << "not a database at all, written by something else\n";
+  std::ofstream(db + "-wal") << "x";
+  EXPECT_NE(lum_project_database_problem(path("top.vpf"), "top"), "");
+  const int sent_before = history()->entry_count();
+
+  // Cancel: nothing is sent, the file stays.
+  m_answers = {MSG_ANSWER_CANCEL};
+  m_files = {path("top.vpf")};
+  m_frame->find_action(LUM_ID_FILE_OPEN_PROJECT)->trigger();
+  EXPECT_EQ(m_boxes, (std::vector<std::string>{"LUM_PROJECT_INCOMPATIBLE"}));
+  EXPECT_EQ(history()->entry_count(), sent_before);
+  EXPECT_TRUE(QFileInfo::exists(QString::fromStdString(db)));
+
+  // OK: the old database and its companion go, and the project opens.
+  m_answers = {MSG_ANSWER_OK};
+  m_files = {path("top.vpf")};
+  m_frame->find_action(LUM_ID_FILE_OPEN_PROJECT)->trigger();
+  EXPECT_EQ(m_boxes.size(), 2u);
+  EXPECT_FALSE(QFileInfo::exists(QString::fromStdString(db)));
+  EXPECT_FALSE(QFileInfo::exists(QString::fromStdString(db + "-wal")));
+  EXPECT_EQ(history()->entry_count(), sent_before + 1);
+  EXPECT_EQ(console()->get_current_command(), "project_open \"" + path("top.vpf") + "\" -revision top");
 }
 
 TEST_F(FrameTest, RecentProjectsGreyWhileBusyAndOpenTheirEntry) {
