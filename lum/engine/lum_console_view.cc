@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QListWidget>
 #include <QContextMenuEvent>
 #include <QFontDatabase>
 #include <QKeyEvent>
@@ -11,11 +12,13 @@
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QTimer>
 
 #include <fstream>
 
 #include "frame/lum_file_dialogs.hh"
 #include "frame/lum_frame_icons.hh"
+#include "engine/lum_completion.hh"
 #include "lum_console_ctrl.hh"
 #include "lum_console_model.hh"
 #include "lum_history_ctrl.hh"
@@ -123,6 +126,84 @@ std::string lum_console_rows_text(const LUM_CONSOLE_MODEL& model, const std::vec
 
 // ---- edit line --------------------------------------------------------------------
 
+void LUM_CONSOLE_EDIT_CTRL::complete() {
+  LUM_COMPLETION_SOURCE source;
+  // Hidden queries are refused while the engine works; then only the
+  // commands known from before are offered.
+  if (m_console->is_kro_running() && !m_console->is_busy()) {
+    std::vector<std::string> lines;
+    m_console->run_command(LUM_COMPLETION_QUERY, &lines);
+    source = lum_read_completion_lines(lines);
+    if (!source.commands.empty()) m_commands = source.commands;
+  }
+  source.commands = m_commands;
+  const std::string line = text().toStdString();
+  const int cursor = static_cast<int>(text().left(cursorPosition()).toStdString().size());
+  const LUM_COMPLETION found = lum_complete(line, cursor, source);
+  if (found.candidates.empty()) return;
+  m_word_start = QString::fromStdString(line.substr(0, found.start)).size();
+  m_word_end = QString::fromStdString(line.substr(0, found.end)).size();
+  const auto put = [this](const QString& word, bool whole) {
+    QString now = text();
+    now.replace(m_word_start, m_word_end - m_word_start, word + (whole ? " " : ""));
+    setText(now);
+    setCursorPosition(m_word_start + word.size() + (whole ? 1 : 0));
+    m_word_end = m_word_start + word.size();
+  };
+  if (found.candidates.size() == 1) {
+    put(QString::fromStdString(found.candidates.front()), true);
+    return;
+  }
+  put(QString::fromStdString(found.common_prefix), false);
+  QStringList words;
+  for (const std::string& c : found.candidates) words << QString::fromStdString(c);
+  if (m_completer == nullptr) {
+    // A popup list of its own: Return, Enter or a click takes the current
+    // candidate into the line (and never runs it), Escape closes the list.
+    m_completer = new QListWidget(this);
+    m_completer->setObjectName("lum_console_completer");
+    m_completer->setWindowFlags(Qt::Popup);
+    m_completer->setFont(font());
+    m_completer->installEventFilter(this);
+    connect(m_completer, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) { take_candidate(item); });
+  }
+  m_completer->clear();
+  m_completer->addItems(words);
+  m_completer->setCurrentRow(0);
+  const int rows = std::min(12, static_cast<int>(words.size()));
+  m_completer->resize(m_completer->sizeHintForColumn(0) + 40, rows * m_completer->sizeHintForRow(0) + 6);
+  m_completer->move(mapToGlobal(cursorRect().bottomLeft()));
+  m_completer->show();
+  m_completer->setFocus();
+}
+
+void LUM_CONSOLE_EDIT_CTRL::take_candidate(QListWidgetItem* item) {
+  m_completer->hide();
+  setFocus();
+  if (item == nullptr) return;
+  const QString word = item->text();
+  QString now = text();
+  now.replace(m_word_start, m_word_end - m_word_start, word + " ");
+  setText(now);
+  setCursorPosition(m_word_start + word.size() + 1);
+}
+
+bool LUM_CONSOLE_EDIT_CTRL::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == m_completer && event->type() == QEvent::KeyPress) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Tab) {
+      take_candidate(m_completer->currentItem());
+      return true;
+    }
+    if (key == Qt::Key_Escape) {
+      m_completer->hide();
+      setFocus();
+      return true;
+    }
+  }
+  return QLineEdit::eventFilter(watched, event);
+}
+
 LUM_CONSOLE_EDIT_CTRL::LUM_CONSOLE_EDIT_CTRL(LUM_CONSOLE_CTRL* console, QWidget* parent)
     : QLineEdit(parent), m_console(console) {
   if (console == nullptr)
@@ -153,8 +234,12 @@ void LUM_CONSOLE_EDIT_CTRL::keyPressEvent(QKeyEvent* event) {
   }
   switch (event->key()) {
     case Qt::Key_Tab:
-      insert("    ");
-      break;
+      if (text().left(cursorPosition()).trimmed().isEmpty()) {
+        insert("    ");
+        break;
+      }
+      complete();
+      return;
     case Qt::Key_PageUp:
       setText(QString::fromStdString(m_console->history_oldest()));
       break;

@@ -6,6 +6,10 @@
 #pragma once
 
 #include <QLineEdit>
+
+#include <map>
+#include <string>
+#include <vector>
 #include <QListView>
 #include <QPointer>
 #include <QTabWidget>
@@ -17,6 +21,8 @@ class LUM_CONSOLE_CTRL;
 class LUM_CONSOLE_MODEL;
 class LUM_HISTORY_CTRL;
 class QMenu;
+class QListWidget;
+class QListWidgetItem;
 class QPlainTextEdit;
 
 // Texts of console rows as Copy and Save write them: four blanks per level
@@ -25,8 +31,11 @@ class QPlainTextEdit;
 std::string lum_console_rows_text(const LUM_CONSOLE_MODEL& model, const std::vector<int>& rows,
                                   const std::string& separator, bool trailing);
 
-// The edit line on the last console row. Return submits; Tab inserts four
-// blanks; Up, Down, Page Up and Page Down walk the console's command history.
+// The edit line on the last console row. Return submits; Tab completes the
+// word under the cursor (engine commands, their options, clock and port
+// names: one candidate is put in at once, several are offered in a popup
+// list), or inserts four blanks at the start of a line; Up, Down, Page Up and
+// Page Down walk the console's command history.
 class LUM_CONSOLE_EDIT_CTRL : public QLineEdit {
   Q_OBJECT
  public:
@@ -41,8 +50,20 @@ class LUM_CONSOLE_EDIT_CTRL : public QLineEdit {
   void keyPressEvent(QKeyEvent* event) override;
   bool event(QEvent* event) override;
 
+ public:
+  // The popup list of the last Tab with several candidates (null before).
+  QListWidget* get_completer() const { return m_completer; }
+
  private:
+  void complete();
+  void take_candidate(QListWidgetItem* item);
+  bool eventFilter(QObject* watched, QEvent* event) override;
   LUM_CONSOLE_CTRL* m_console;
+  QListWidget* m_completer = nullptr;
+  int m_word_start = 0;
+  int m_word_end = 0;
+  // Engine commands and options are asked once per engine; objects every Tab.
+  std::map<std::string, std::vector<std::string>> m_commands;
 };
 
 // The "Console" tab: one row per console line.

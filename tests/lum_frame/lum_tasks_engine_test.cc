@@ -3,9 +3,12 @@
 // after the other, every status mark turns OK, rows are greyed while the
 // engine works, and the context menu starts a step. Skipped (with the reason)
 // while the engine or the example is not built.
+#include <QAbstractItemView>
+#include <QListWidget>
 #include <QContextMenuEvent>
 #include <QDir>
 #include <QDockWidget>
+#include <QPointer>
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
@@ -16,6 +19,7 @@
 
 #include "engine/lum_console_ctrl.hh"
 #include "engine/lum_console_model.hh"
+#include "engine/lum_console_view.hh"
 #include "frame/lum_detached_frame.hh"
 #include "frame/lum_entry.hh"
 #include "frame/lum_steps_wnd.hh"
@@ -156,6 +160,74 @@ TEST_F(TasksWithEngine, DoubleClickingTheSetupSummaryRunsTheWholeChainInOrder) {
   ASSERT_TRUE(wait_until([&] { return !console->is_busy() && console->pending_count() == 0; }, 60000));
   EXPECT_EQ(pane->get_status(row["Update Timing Netlist"]), LUM_STEP_NOT_DONE);
   EXPECT_EQ(pane->get_status(row["Report Setup Summary"]), LUM_STEP_OUT_OF_DATE);
+}
+
+}  // namespace
+
+namespace {
+
+// Tab in the real console: command names and options come from the engine's
+// own table, clock names from the design it has loaded; several candidates
+// open a popup list from which Enter takes the chosen one.
+TEST_F(TasksWithEngine, TabInTheConsoleCompletesCommandsOptionsAndClocksFromTheEngine) {
+  auto* frame = static_cast<LUM_DETACHED_FRAME*>(lum_dyn_adv_kro_tool());
+  ASSERT_NE(frame, nullptr);
+  LUM_CONSOLE_CTRL* console = frame->get_console_ctrl();
+  ASSERT_TRUE(lum_open_project_file(m_project.c_str()));
+  console->run_command("create_timing_netlist");
+  console->run_command("read_sdc");
+  ASSERT_TRUE(wait_until([&] { return console->pending_count() == 0 && !console->is_busy(); }, 60000));
+  QPointer<LUM_CONSOLE_EDIT_CTRL> edit = frame->findChild<LUM_CONSOLE_EDIT_CTRL*>();
+  ASSERT_NE(edit, nullptr);
+  ASSERT_TRUE(wait_until([&] { return edit->isVisible() && !edit->isReadOnly(); }, 10000));
+  edit->setFocus();
+
+  const auto type_and_tab = [&](const char* text) {
+    edit->clear();
+    QTest::keyClicks(edit, text);
+    QTest::keyClick(edit, Qt::Key_Tab);
+    return edit->text().toStdString();
+  };
+  // One candidate each: put in whole, with a blank after it.
+  EXPECT_EQ(type_and_tab("create_generated_c"), "create_generated_clock ");
+  QTest::qWait(300);
+  ASSERT_FALSE(edit.isNull()) << "the hidden query replaced the edit line";
+  EXPECT_EQ(type_and_tab("create_clock -per"), "create_clock -period ");
+  EXPECT_EQ(type_and_tab("report_checks -to ze"), "report_checks -to zero ");
+  EXPECT_TRUE(edit->get_completer() == nullptr || !edit->get_completer()->isVisible());
+
+  // Several: the common part, and the popup list.
+  EXPECT_EQ(type_and_tab("report_check"), "report_check");
+  QPointer<QListWidget> popup = edit->get_completer();
+  ASSERT_NE(popup, nullptr);
+  ASSERT_TRUE(wait_until([&] { return popup->isVisible(); }, 3000));
+  QStringList shown;
+  for (int r = 0; r < popup->model()->rowCount(); ++r) shown << popup->model()->index(r, 0).data().toString();
+  EXPECT_TRUE(shown.contains("report_checks")) << shown.join(' ').toStdString();
+  EXPECT_TRUE(shown.contains("report_check_types")) << shown.join(' ').toStdString();
+  popup->setCurrentRow(shown.indexOf("report_checks"));
+  QTest::keyClick(popup, Qt::Key_Return);
+  EXPECT_FALSE(popup->isVisible());
+  QTest::qWait(300);
+  ASSERT_FALSE(edit.isNull()) << "the Return that took the candidate ran the line";
+  ASSERT_TRUE(console->get_history().empty() || console->get_history().front().find("report_checks") == std::string::npos);
+  EXPECT_EQ(edit->text().toStdString(), "report_checks ");
+  EXPECT_EQ(console->get_current_command().find("report_checks"), std::string::npos);
+
+  // The clock (and port) names of the loaded design: clk and clr share "cl".
+  EXPECT_EQ(type_and_tab("report_checks -from [get_clocks cl"), "report_checks -from [get_clocks cl");
+  ASSERT_FALSE(edit.isNull());
+  ASSERT_FALSE(popup.isNull());
+  ASSERT_TRUE(wait_until([&] { return popup->isVisible(); }, 3000));
+  shown.clear();
+  for (int r = 0; r < popup->model()->rowCount(); ++r) shown << popup->model()->index(r, 0).data().toString();
+  EXPECT_EQ(shown, QStringList({"clk", "clr"}));
+  // A click takes the candidate under the pointer.
+  QTest::mouseClick(popup->viewport(), Qt::LeftButton, Qt::NoModifier, popup->visualItemRect(popup->item(1)).center());
+  EXPECT_EQ(edit->text().toStdString(), "report_checks -from [get_clocks clr ");
+  EXPECT_FALSE(popup->isVisible());
+  // The query left nothing in the console's history.
+  for (const std::string& entry : console->get_history()) EXPECT_EQ(entry.find("cmd_args"), std::string::npos);
 }
 
 }  // namespace
