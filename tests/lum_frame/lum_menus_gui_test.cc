@@ -7,6 +7,8 @@
 #include <QMenuBar>
 #include <QInputDialog>
 #include <QTextBrowser>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QTimer>
 
 #include <fstream>
@@ -215,6 +217,27 @@ TEST_F(HelpTest, TheStartPageF1AndTheSearchShowTheirPagesInTheReportView) {
   choose("&Search Help...");
   EXPECT_EQ(title(), "Search: slack histogram");
   EXPECT_TRUE(page_text().contains("Reports")) << page_text().toStdString();
+}
+
+TEST_F(HelpTest, AClickOnAnExampleOfTheStartPageOpensThatProject) {
+  LUM_DETACHED_FRAME* frame = make_whole_frame();
+  ASSERT_NE(frame, nullptr);
+  ASSERT_EQ(title(), "Start");
+  auto* browser = qobject_cast<QTextBrowser*>(m_view->get_target_view_ctrl()->get_page_window());
+  ASSERT_NE(browser, nullptr);
+  frame->resize(1200, 800);
+  QTest::qWaitForWindowExposed(frame);
+  // The example's name is the link; a person clicks on it.
+  const QTextCursor link = browser->document()->find("datapath");
+  ASSERT_FALSE(link.isNull()) << page_text().toStdString();
+  QTextCursor inside = link;
+  inside.setPosition(link.selectionStart() + 2);
+  browser->ensureCursorVisible();
+  const QPoint at = browser->cursorRect(inside).center();
+  QTest::mouseClick(browser->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+  const std::string sent = frame->get_console_ctrl()->get_current_command();
+  EXPECT_EQ(sent.rfind("project_open \"", 0), 0u) << sent;
+  EXPECT_NE(sent.find("/datapath/datapath.vpf\" -revision datapath"), std::string::npos) << sent;
 }
 
 }  // namespace
