@@ -1,6 +1,7 @@
 // vexa_lumex: opens the Chronel Timing Analyzer's window on its own.
 //
 //   vexa_lumex [--set name=value]... [--command line]... [--screenshot file.png]
+//              [--script file.tcl] [--transcript file.txt] [--exit-when-idle]
 //              [project.vpf | revision.vsf]
 //
 // The program only makes the application object, loads the front-end library
@@ -25,6 +26,8 @@ using SET_SWITCH = int (*)(const char*);
 using OPEN_PROJECT = int (*)(const char*);
 using QUEUE_COMMAND = int (*)(const char*);
 using SCREENSHOT = int (*)(const char*);
+using SCRIPTED_RUN = int (*)(const char*, const char*, int);
+using SCRIPTED_STATUS = int (*)();
 
 void usage(FILE* out) {
   std::fprintf(out,
@@ -34,6 +37,12 @@ void usage(FILE* out) {
                "  --set name=value   sets a switch for this run (e.g. --set debug_msg=1)\n"
                "  --command line     runs an engine command once the project is open (repeatable)\n"
                "  --screenshot file  saves a picture of the window as PNG once the engine is idle, then exits\n"
+               "  --script file      evaluates a Tcl file in the front end's interpreter once the project is\n"
+               "                     open and the engine idle (without a project: once the engine is ready)\n"
+               "  --transcript file  writes the console's text (commands and their output) on exit\n"
+               "  --exit-when-idle   exits once the script has run and the engine is idle with nothing queued\n"
+               "  --set dialog_auto_ok=1  dialogs opened by a script accept their fields at once, as if OK\n"
+               "                     were pressed\n"
                "  --help             shows this text\n");
 }
 
@@ -69,6 +78,9 @@ int main(int argc, char** argv) {
   std::vector<std::string> commands;
   std::string project;
   std::string screenshot;
+  std::string script;
+  std::string transcript;
+  bool exit_when_idle = false;
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
     if (arg == "--help" || arg == "-h") {
@@ -80,6 +92,12 @@ int main(int argc, char** argv) {
       commands.push_back(argv[++i]);
     } else if (arg == "--screenshot" && i + 1 < argc) {
       screenshot = argv[++i];
+    } else if (arg == "--script" && i + 1 < argc) {
+      script = argv[++i];
+    } else if (arg == "--transcript" && i + 1 < argc) {
+      transcript = argv[++i];
+    } else if (arg == "--exit-when-idle") {
+      exit_when_idle = true;
     } else if (arg.rfind("--set=", 0) == 0) {
       switches.push_back(arg.substr(6));
     } else if (!arg.empty() && arg[0] == '-' && arg != "-") {
@@ -106,7 +124,11 @@ int main(int argc, char** argv) {
   auto open_project = symbol<OPEN_PROJECT>(library, "lum_open_project_file");
   auto queue_command = symbol<QUEUE_COMMAND>(library, "lum_queue_engine_command");
   auto save_screenshot = symbol<SCREENSHOT>(library, "lum_save_screenshot_when_idle");
-  if (!set_switch || !open_tool || !open_project || !queue_command || !save_screenshot) return 1;
+  auto scripted_run = symbol<SCRIPTED_RUN>(library, "lum_start_scripted_run");
+  auto scripted_status = symbol<SCRIPTED_STATUS>(library, "lum_scripted_run_status");
+  if (!set_switch || !open_tool || !open_project || !queue_command || !save_screenshot || !scripted_run ||
+      !scripted_status)
+    return 1;
 
   for (const std::string& assignment : switches) {
     if (set_switch(assignment.c_str()) == 0) {
@@ -118,5 +140,10 @@ int main(int argc, char** argv) {
   if (!project.empty()) open_project(project.c_str());
   for (const std::string& command : commands) queue_command(command.c_str());
   if (!screenshot.empty()) save_screenshot(screenshot.c_str());
-  return app.exec();
+  if (!script.empty() || !transcript.empty() || exit_when_idle)
+    scripted_run(script.empty() ? nullptr : script.c_str(), transcript.empty() ? nullptr : transcript.c_str(),
+                 exit_when_idle ? 1 : 0);
+  const int code = app.exec();
+  // A script that failed makes the run fail, for regression scripts.
+  return code != 0 ? code : scripted_status();
 }

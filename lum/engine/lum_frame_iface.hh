@@ -62,6 +62,11 @@ class LUM_FRAME_IFACE {
   // The ordered clock names registered by the engine.
   virtual std::vector<std::string>& get_clock_names() = 0;
   virtual void set_time_unit(const std::string& unit) = 0;
+  // The current time unit text ("ns"), empty until the engine told one.
+  virtual const std::string& get_time_unit() const {
+    static const std::string none;
+    return none;
+  }
 
   // Report contents tree: reload from the report database and open a panel
   // (null or empty: none), then reopen the current page and refresh every view.

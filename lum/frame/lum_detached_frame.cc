@@ -109,6 +109,7 @@ LUM_DETACHED_FRAME* LUM_DETACHED_FRAME::load_frame() {
   frame->build_menus();
   m_instance = frame;
   lum_set_frame(frame);
+  frame->install_dialogs();
   frame->update_command_states();
   return frame;
 }
@@ -129,6 +130,7 @@ LUM_DETACHED_FRAME::~LUM_DETACHED_FRAME() {
   m_pins = nullptr;
   if (m_instance == this) m_instance = nullptr;
   if (lum_get_frame() == this) lum_set_frame(nullptr);
+  uninstall_dialogs();
   shutdown_engine();
   // The panes outlive this body (the base class deletes them); their signals
   // must no longer reach members that are already gone.
@@ -1052,9 +1054,11 @@ void LUM_DETACHED_FRAME::closeEvent(QCloseEvent* event) {
   }
   save_window_state();
   event->accept();
+  emit closing();
   // Unregister now: nothing may reach the frame after this point, and the
   // engine is told to exit before the widgets go.
   if (m_instance == this) m_instance = nullptr;
   if (lum_get_frame() == this) lum_set_frame(nullptr);
+  uninstall_dialogs();
   shutdown_engine();
 }

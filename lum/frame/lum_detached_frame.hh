@@ -109,6 +109,10 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   // until one is registered.
   using COMMAND_DIALOG = std::function<std::string(QWidget* parent)>;
   void set_command_dialog(unsigned command_id, COMMAND_DIALOG dialog);
+  // Registers every dialog of lum/dialogs with its menu command and its
+  // dialog-opening Tcl command (lum_frame_dialogs.cc).
+  void install_dialogs();
+  void uninstall_dialogs();
 
   // ---- state and commands ---------------------------------------------------------
   LUM_ENABLE_STATE get_enable_state() const;
@@ -124,7 +128,7 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   LUM_MENU_FILES& get_menu_files() { return m_menu_files; }
   // The report panel a report command asked to select once it exists.
   const std::string& get_panel_to_select() const { return m_panel_to_select; }
-  const std::string& get_time_unit() const { return m_time_unit; }
+  const std::string& get_time_unit() const override { return m_time_unit; }
   const std::string& get_netlist_description() const { return m_netlist_description; }
 
   // ---- projects ------------------------------------------------------------------
@@ -190,11 +194,16 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   // The start page of the report view while no project is open: recent
   // projects, the examples, the help.
   void show_home_page();
+  // "lum_edit_clock": the clock dialogs filled with the values (lum_frame_dialogs.cc).
+  void open_create_clock_dlg(const LUM_CLOCK_DLG_VALUES& values) override;
+  void open_create_generated_clock_dlg(const LUM_GENERATED_CLOCK_DLG_VALUES& values) override;
 
  signals:
   // The state flags or the busy state changed (enabling was recomputed).
   void command_states_changed();
   void project_changed();
+  // The frame accepted a close request; the console and the engine still exist.
+  void closing();
 
  protected:
   void closeEvent(QCloseEvent* event) override;

@@ -12,6 +12,7 @@
 #include "dialogs/lum_list_path.hh"
 #include "engine/lum_console_ctrl.hh"
 #include "frame/lum_detached_frame.hh"
+#include "frame/lum_scripted_run.hh"
 #include "frame/lum_steps_wnd.hh"
 #include "report/lum_report_install.hh"
 #include "tcl/lum_tcl_args_auto.hh"
@@ -117,3 +118,15 @@ extern "C" int lum_save_screenshot_when_idle(const char* png_path) {
   timer->start(250);
   return 1;
 }
+
+extern "C" int lum_start_scripted_run(const char* script, const char* transcript, int exit_when_idle) {
+  LUM_DETACHED_FRAME* frame = LUM_DETACHED_FRAME::get_instance();
+  if (frame == nullptr) return 0;
+  LUM_SCRIPTED_RUN_OPTIONS options;
+  options.script = script != nullptr ? script : "";
+  options.transcript = transcript != nullptr ? transcript : "";
+  options.exit_when_idle = exit_when_idle != 0;
+  return LUM_SCRIPTED_RUN::start(frame, std::move(options)) != nullptr ? 1 : 0;
+}
+
+extern "C" int lum_scripted_run_status() { return LUM_SCRIPTED_RUN::get_status(); }

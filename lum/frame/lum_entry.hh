@@ -35,3 +35,15 @@ int lum_queue_engine_command(const char* command);
 // --screenshot, used for the documentation). Returns 0 when there is no frame.
 int lum_save_screenshot_when_idle(const char* png_path);
 }
+
+extern "C" {
+// Scripted runs (the launcher's --script, --transcript, --exit-when-idle):
+// script (may be null) is evaluated in the front end's interpreter once the
+// engine is idle with nothing queued; the console's text is written to
+// transcript (may be null) when the frame closes; with exit_when_idle the
+// frame closes once the script has run and all is idle. Returns 0 when there
+// is no frame.
+int lum_start_scripted_run(const char* script, const char* transcript, int exit_when_idle);
+// 0 while no script of a scripted run failed, else 1.
+int lum_scripted_run_status();
+}
