@@ -10,7 +10,7 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QTest>
-#include <QTreeView>
+#include <QTableView>
 
 #include <algorithm>
 #include <cstdio>
@@ -51,7 +51,7 @@ int main(int argc, char** argv) {
   LUM_NAME_FINDER_DLG dialog(nullptr);
   dialog.show();
   if (!QTest::qWaitForWindowExposed(&dialog)) std::printf("(the window was not exposed)\n");
-  QTreeView* view = dialog.get_matches_view();
+  QTableView* view = dialog.get_matches_view();
 
   clock.start();
   dialog.on_click_list();

@@ -14,7 +14,7 @@
 #include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QTreeView>
+#include <QTableView>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -154,7 +154,7 @@ LUM_NAME_FINDER_DLG::LUM_NAME_FINDER_DLG(QWidget* parent, std::uint8_t collectio
   m_selected->set_header(m_fields.selected_header());
   m_matches_view = make_list_view(m_matches, "matches");
   m_selected_view = make_list_view(m_selected, "selected");
-  connect(m_matches_view, &QTreeView::doubleClicked, this, [this] { on_copy_one(); });
+  connect(m_matches_view, &QTableView::doubleClicked, this, [this] { on_copy_one(); });
 
   auto* buttons = new QVBoxLayout;
   auto add_button = [this, buttons](const QString& text, const char* name, void (LUM_NAME_FINDER_DLG::*slot)()) {
@@ -200,15 +200,21 @@ LUM_NAME_FINDER_DLG::LUM_NAME_FINDER_DLG(QWidget* parent, std::uint8_t collectio
   on_change();
 }
 
-QTreeView* LUM_NAME_FINDER_DLG::make_list_view(LUM_NAME_LIST_MODEL* model, const char* object_name) {
-  auto* view = new QTreeView(this);
+QTableView* LUM_NAME_FINDER_DLG::make_list_view(LUM_NAME_LIST_MODEL* model, const char* object_name) {
+  auto* view = new QTableView(this);
   view->setObjectName(object_name);
   view->setModel(model);
-  view->setRootIsDecorated(false);
-  view->setUniformRowHeights(true);
+  // Fixed row heights and no row header: the view never measures rows, so
+  // a list of hundreds of thousands of names fills and filters at once.
+  view->verticalHeader()->setVisible(false);
+  view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 4);
+  view->setShowGrid(false);
+  view->setWordWrap(false);
+  view->horizontalHeader()->setHighlightSections(false);
   view->setSelectionMode(QAbstractItemView::ExtendedSelection);
   view->setSelectionBehavior(QAbstractItemView::SelectRows);
-  view->header()->setStretchLastSection(true);
+  view->horizontalHeader()->setStretchLastSection(true);
   view->setMinimumWidth(220);
 
   auto* copy = new QAction("Copy\tCtrl+C", view);
@@ -227,7 +233,7 @@ QTreeView* LUM_NAME_FINDER_DLG::make_list_view(LUM_NAME_LIST_MODEL* model, const
 }
 
 bool LUM_NAME_FINDER_DLG::eventFilter(QObject* watched, QEvent* event) {
-  auto* view = qobject_cast<QTreeView*>(watched);
+  auto* view = qobject_cast<QTableView*>(watched);
   if (view != nullptr && (view == m_matches_view || view == m_selected_view) &&
       (event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride) &&
       static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy)) {
@@ -238,13 +244,13 @@ bool LUM_NAME_FINDER_DLG::eventFilter(QObject* watched, QEvent* event) {
   return LUM_DIALOG_BASE::eventFilter(watched, event);
 }
 
-std::vector<int> LUM_NAME_FINDER_DLG::selected_rows(QTreeView* view) const {
+std::vector<int> LUM_NAME_FINDER_DLG::selected_rows(QTableView* view) const {
   std::vector<int> rows;
   for (const QModelIndex& index : view->selectionModel()->selectedRows()) rows.push_back(index.row());
   return rows;
 }
 
-void LUM_NAME_FINDER_DLG::copy_selection_to_clipboard(QTreeView* view) const {
+void LUM_NAME_FINDER_DLG::copy_selection_to_clipboard(QTableView* view) const {
   auto* model = static_cast<LUM_NAME_LIST_MODEL*>(view->model());
   std::vector<int> rows = selected_rows(view);
   if (rows.empty()) return;

@@ -21,7 +21,7 @@ class QLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
-class QTreeView;
+class QTableView;
 
 // A one-column list of names with a header text; an optional filter shows a
 // subset. Rows are fetched by the view, never made one widget per name.
@@ -81,8 +81,8 @@ class LUM_NAME_FINDER_DLG : public LUM_DIALOG_BASE {
 
   LUM_NAME_LIST_MODEL* get_matches_model() const { return m_matches; }
   LUM_NAME_LIST_MODEL* get_selected_model() const { return m_selected; }
-  QTreeView* get_matches_view() const { return m_matches_view; }
-  QTreeView* get_selected_view() const { return m_selected_view; }
+  QTableView* get_matches_view() const { return m_matches_view; }
+  QTableView* get_selected_view() const { return m_selected_view; }
   QLabel* get_note_label() const { return m_note; }
 
  protected:
@@ -93,9 +93,9 @@ class LUM_NAME_FINDER_DLG : public LUM_DIALOG_BASE {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  QTreeView* make_list_view(LUM_NAME_LIST_MODEL* model, const char* object_name);
-  void copy_selection_to_clipboard(QTreeView* view) const;
-  std::vector<int> selected_rows(QTreeView* view) const;
+  QTableView* make_list_view(LUM_NAME_LIST_MODEL* model, const char* object_name);
+  void copy_selection_to_clipboard(QTableView* view) const;
+  std::vector<int> selected_rows(QTableView* view) const;
   void show_searching(bool searching);
 
   LUM_NAME_FINDER_FIELDS m_fields;
@@ -108,8 +108,8 @@ class LUM_NAME_FINDER_DLG : public LUM_DIALOG_BASE {
   QLabel* m_note = nullptr;
   LUM_NAME_LIST_MODEL* m_matches = nullptr;
   LUM_NAME_LIST_MODEL* m_selected = nullptr;
-  QTreeView* m_matches_view = nullptr;
-  QTreeView* m_selected_view = nullptr;
+  QTableView* m_matches_view = nullptr;
+  QTableView* m_selected_view = nullptr;
   size_t m_page = LUM_NAME_FINDER_SEARCH::DEFAULT_PAGE;
   size_t m_cap = LUM_NAME_FINDER_SEARCH::DEFAULT_CAP;
   bool m_cancel = false;

@@ -10,7 +10,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QPushButton>
-#include <QTreeView>
+#include <QTableView>
 
 #include <fstream>
 #include <sstream>

@@ -18,7 +18,7 @@
 #include <QRadioButton>
 #include <QTimer>
 #include <QToolButton>
-#include <QTreeView>
+#include <QTableView>
 
 #include <functional>
 
@@ -285,7 +285,7 @@ TEST_F(DialogTest, NameFinderFillsTheFieldThatOpenedIt) {
                                                  [](LUM_NAME_FINDER_DLG* f) {
       EXPECT_EQ(command_of(f), "[get_keepers *]");
       QTest::mouseClick(f->findChild<QPushButton*>("list"), Qt::LeftButton);
-      QTreeView* matches = f->get_matches_view();
+      QTableView* matches = f->get_matches_view();
       ASSERT_EQ(matches->model()->rowCount(), 3);
       EXPECT_EQ(matches->model()->index(0, 0).data().toString(), "in1") << "sorted";
       EXPECT_EQ(matches->model()->headerData(0, Qt::Horizontal).toString(), "3 matches found");
