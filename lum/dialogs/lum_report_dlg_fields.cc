@@ -1,9 +1,8 @@
 #include "dialogs/lum_report_dlg_fields.hh"
 
-#include <tcl.h>
-
 #include <cstring>
 
+#include "dialogs/lum_tcl_word.hh"
 #include "platform/atcl.hh"
 
 namespace {
@@ -12,17 +11,6 @@ bool holds_tcl_special(const std::string& text) {
   for (char c : text)
     if (c == ' ' || c == '\t' || c == '\n' || c == '\r' || std::strchr("$[]{}\"\\;", c) != nullptr) return true;
   return false;
-}
-
-// The string form of a Tcl list of words (each element quoted as Tcl needs).
-std::string tcl_list(const std::vector<std::string>& words) {
-  Tcl_Obj* list = Tcl_NewListObj(0, nullptr);
-  Tcl_IncrRefCount(list);
-  for (const std::string& word : words)
-    Tcl_ListObjAppendElement(nullptr, list, Tcl_NewStringObj(word.data(), static_cast<int>(word.size())));
-  std::string text = Tcl_GetString(list);
-  Tcl_DecrRefCount(list);
-  return text;
 }
 
 std::vector<std::string> split_blanks(const std::string& text) {
@@ -47,15 +35,15 @@ std::string quoted(const std::string& text) { return "\"" + atcl_transform_strin
 
 std::string lum_typed_word(const std::string& text) {
   if (!holds_tcl_special(text)) return text;
-  return tcl_list({text});
+  return lum_tcl_word(text);
 }
 
 std::string lum_names_word(const std::string& text) {
   if (!holds_tcl_special(text)) return text;
   if (text.size() > 1 && text.front() == '[' && text.back() == ']') return text;
   std::vector<std::string> names = split_blanks(text);
-  if (names.empty()) return tcl_list({text});
-  return tcl_list({tcl_list(names)});
+  if (names.empty()) return lum_tcl_word(text);
+  return lum_tcl_word(lum_tcl_list(names));
 }
 
 // ---- output ----------------------------------------------------------------------

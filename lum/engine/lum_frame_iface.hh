@@ -68,6 +68,11 @@ class LUM_FRAME_IFACE {
     return none;
   }
 
+  // The speed grades of the open project's device family, in order.
+  virtual std::vector<std::string> get_speed_grades() const { return {}; }
+  // The report panel to select in the report tree once a report made it.
+  virtual void set_panel_to_select(const std::string& /*panel_name*/) {}
+
   // Report contents tree: reload from the report database and open a panel
   // (null or empty: none), then reopen the current page and refresh every view.
   virtual void reload_sta_report(const char* open_panel) = 0;

@@ -57,6 +57,7 @@ bool needs_dialog(unsigned id) {
     case LUM_ID_REPORT_NET_TIMING:
     case LUM_ID_REPORT_MIN_PULSE_WIDTH:
     case LUM_ID_CREATE_SLACK_HISTOGRAM:
+    case LUM_ID_LIST_PATHS:
     case LUM_ID_CREATE_CLOCK:
     case LUM_ID_CREATE_GENERATED_CLOCK:
     case LUM_ID_SET_CLOCK_LATENCY:

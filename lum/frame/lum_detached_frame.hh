@@ -128,6 +128,8 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   LUM_MENU_FILES& get_menu_files() { return m_menu_files; }
   // The report panel a report command asked to select once it exists.
   const std::string& get_panel_to_select() const { return m_panel_to_select; }
+  void set_panel_to_select(const std::string& panel_name) override { m_panel_to_select = panel_name; }
+  std::vector<std::string> get_speed_grades() const override { return m_speed_grades; }
   const std::string& get_time_unit() const override { return m_time_unit; }
   const std::string& get_netlist_description() const { return m_netlist_description; }
 
@@ -145,8 +147,7 @@ class LUM_DETACHED_FRAME : public QMainWindow, public LUM_FRAME_IFACE {
   const std::string& get_project_path() const { return m_project_path; }
   const std::string& get_revision() const { return m_revision; }
   bool project_recorded() const { return !m_project_path.empty(); }
-  // The speed grades of the open project's device family, in order.
-  const std::vector<std::string>& get_speed_grades() const { return m_speed_grades; }
+
   LUM_RECENT_PROJECTS& get_recent_projects() { return m_recent; }
   void add_clock(const char* name);
   void remove_clock(const char* name);

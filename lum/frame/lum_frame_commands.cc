@@ -109,6 +109,8 @@ const std::vector<LUM_COMMAND_DEF>& table() {
        "Check minimum pulse widths", R::CURRENT_NETLIST, nullptr, nullptr},
       {LUM_ID_CREATE_SLACK_HISTOGRAM, "on_create_slack_histogram", "Create Slack His&togram...", "",
        "Draw the distribution of slack", R::CURRENT_NETLIST, nullptr, nullptr},
+      {LUM_ID_LIST_PATHS, "on_list_paths", "&List Paths...", "",
+       "Count and list the worst paths of chosen kinds", R::CURRENT_NETLIST, nullptr, nullptr},
       // Help
       {LUM_ID_HELP_CONTENTS, "on_help_contents", "&Contents", "F1", "Open the help pages", R::ALWAYS, nullptr,
        nullptr},

@@ -84,7 +84,9 @@ class DialogsWithEngine : public lum_test::FrameFixture {
     ASSERT_NE(m_frame, nullptr);
     ASSERT_TRUE(lum_open_project_file(m_project.c_str()));
     ASSERT_TRUE(wait_until([this] { return m_frame->get_state_flag(LUM_STATE_FLAG::PROJECT_IS_OPEN) == '1' && idle(); }, 60000));
-    m_frame->find_action(LUM_ID_CREATE_TIMING_NETLIST)->trigger();
+    // The command's dialog, pressed OK with its defaults.
+    ASSERT_TRUE(with_dialog<LUM_DIALOG_BASE>([this] { m_frame->find_action(LUM_ID_CREATE_TIMING_NETLIST)->trigger(); },
+                                             [](LUM_DIALOG_BASE* d) { press_ok(d); }));
     ASSERT_TRUE(wait_until([this] { return m_frame->get_state_flag(LUM_STATE_FLAG::NETLIST_IS_CREATED) == '1' && idle(); }, 120000));
   }
 

@@ -75,7 +75,10 @@ TEST_F(FrameWithEngine, OpenBuildTypeAndCloseWithTheSdcQuestion) {
   ASSERT_TRUE(create->isEnabled());
   EXPECT_FALSE(report->isEnabled());
 
+  // The command's dialog, accepted with its defaults as a scripted run does.
+  cfg_set_override("dialog_auto_ok", "1");
   create->trigger();
+  cfg_set_override("dialog_auto_ok", "0");
   EXPECT_FALSE(create->isEnabled()) << "busy while the netlist is built";
   ASSERT_TRUE(wait_until([&] { return frame->get_state_flag(LUM_STATE_FLAG::NETLIST_IS_CREATED) == '1' && !console->is_busy(); }, 120000));
   EXPECT_FALSE(create->isEnabled());
