@@ -136,7 +136,9 @@ TEST_F(FrameWithEngine, AnEngineKilledMidCommandOffersItsConstraintsAndARestart)
   ASSERT_TRUE(lum_open_project_file(kExample.c_str()));
   LUM_CONSOLE_CTRL* console = frame->get_console_ctrl();
   ASSERT_TRUE(wait_until([&] { return frame->get_state_flag(LUM_STATE_FLAG::PROJECT_IS_OPEN) == '1' && !console->is_busy(); }, 60000));
+  cfg_set_override("dialog_auto_ok", "1");
   frame->find_action(LUM_ID_CREATE_TIMING_NETLIST)->trigger();
+  cfg_set_override("dialog_auto_ok", "0");
   ASSERT_TRUE(wait_until([&] { return frame->get_state_flag(LUM_STATE_FLAG::NETLIST_IS_CREATED) == '1' && !console->is_busy(); }, 120000));
 
   // Constraints as a user sends them: typed one by one, two on one line,
