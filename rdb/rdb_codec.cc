@@ -238,6 +238,40 @@ bool decode_page(std::string_view blob, size_t columns, std::vector<RDB_TABLE_RO
   return in.p == in.end;
 }
 
+bool decode_page_column(std::string_view blob, size_t columns, size_t column, int64_t first, int64_t last,
+                        const std::function<void(std::string_view)>& visit) {
+  READER in{reinterpret_cast<const unsigned char*>(blob.data()),
+            reinterpret_cast<const unsigned char*>(blob.data()) + blob.size()};
+  const uint64_t count = in.varint();
+  if (!in.ok || count > blob.size() || column >= columns)
+    return false;
+  if (first < 0)
+    first = 0;
+  if (last > static_cast<int64_t>(count))
+    last = static_cast<int64_t>(count);
+  for (int64_t row = 0; row < last; ++row) {
+    for (size_t c = 0; c < columns; ++c) {
+      const uint64_t size = in.varint();
+      if (!in.ok || size > static_cast<uint64_t>(in.end - in.p))
+        return false;
+      if (c == column && row >= first)
+        visit(std::string_view(reinterpret_cast<const char*>(in.p), size));
+      in.p += size;
+    }
+    const uint64_t colored = in.varint();
+    if (!in.ok || colored > columns)
+      return false;
+    for (uint64_t i = 0; i < colored; ++i) {
+      in.varint();
+      in.u32();
+      in.u32();
+    }
+    if (!in.ok)
+      return false;
+  }
+  return true;
+}
+
 void put_property(std::string& out, std::string_view key, std::string_view value) {
   out += key;
   out += '=';

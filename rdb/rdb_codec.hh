@@ -6,6 +6,7 @@
 #include "rdb/rdb_types.hh"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -60,6 +61,11 @@ char* encode_row(char* out, const std::string_view* cells, size_t cell_count, si
 // Decodes a page blob (a varint row count, then the rows). False when the
 // blob is malformed.
 bool decode_page(std::string_view blob, size_t columns, std::vector<RDB_TABLE_ROW>& rows);
+// Calls visit(text) with the cell in `column` of the page's rows first ..
+// last-1 (clipped to the page), in order, without copying the texts. False
+// when the blob is malformed (visit may have been called for some rows).
+bool decode_page_column(std::string_view blob, size_t columns, size_t column, int64_t first, int64_t last,
+                        const std::function<void(std::string_view)>& visit);
 void put_varint(std::string& out, uint64_t value);
 // Writes the varint at `out` (at most 10 bytes) and returns the end.
 char* put_varint(char* out, uint64_t value);

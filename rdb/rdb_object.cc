@@ -2,6 +2,7 @@
 
 #include "rdb/rdb_report.hh"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 
@@ -101,6 +102,32 @@ const RDB_TABLE_ROW* RDB_TABLE_OBJECT::data_row(int64_t data_index) const {
     m_cache.pop_back();
   const auto& rows = m_cache.front().rows;
   return offset < rows.size() ? &rows[offset] : nullptr;
+}
+
+void RDB_TABLE_OBJECT::visit_column(int64_t first, int64_t count, int column,
+                                    const std::function<void(std::string_view)>& visit) const {
+  if (first < 0) {
+    count += first;
+    first = 0;
+  }
+  const int64_t last = std::min<int64_t>(m_data_rows, first + count);
+  const bool known_column = column >= 0 && column < get_number_of_columns();
+  int64_t row = first;
+  while (row < last) {
+    const int64_t page = row / m_page_rows;
+    const int64_t page_first = page * m_page_rows;
+    const int64_t page_last = std::min<int64_t>(last, page_first + m_page_rows);
+    int64_t visited = 0;
+    if (known_column && get_report()) {
+      get_report()->read_page_column(*this, page, column, row - page_first, page_last - page_first,
+                                     [&](std::string_view text) {
+                                       ++visited;
+                                       visit(text);
+                                     });
+    }
+    for (row += visited; row < page_last; ++row)
+      visit(std::string_view());
+  }
 }
 
 std::string RDB_TABLE_OBJECT::get_data(int row, int column) const {

@@ -14,12 +14,14 @@
 #include "rdb/rdb_types.hh"
 
 #include <cstdint>
+#include <functional>
 #include <iosfwd>
 #include <list>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class RDB_REPORT;
@@ -130,6 +132,15 @@ public:
   // Rows first .. first+count-1 in the numbering above (row 0 of a titled
   // table is returned as a row of titles); clipped to the table.
   std::vector<RDB_TABLE_ROW> get_rows(int first, int count) const;
+
+  // Calls visit once per data row first .. first+count-1 (data row numbers,
+  // clipped to the table) with its cell in `column`, in order, reading the
+  // pages straight from the file: nothing is copied or cached, which is what
+  // a pass over a whole column wants. Rows that cannot be read (a file
+  // damaged under us) are visited as empty cells. The texts are valid
+  // during the call only.
+  void visit_column(int64_t first, int64_t count, int column,
+                    const std::function<void(std::string_view)>& visit) const;
 
   // Number of decoded row pages kept in memory (default 8).
   void set_page_cache_size(int pages);

@@ -12,8 +12,10 @@
 #include "rdb/rdb_object.hh"
 #include "rdb/rdb_types.hh"
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace rdb_internal {
@@ -85,6 +87,9 @@ private:
   RDB_OBJECT* make_object(int kind);
   // Reads one page of rows; false (and the error recorded) on failure.
   bool read_page(const RDB_TABLE_OBJECT& table, int64_t page, std::vector<RDB_TABLE_ROW>& rows);
+  // Visits one column of a page's rows first .. last-1 (decode_page_column).
+  bool read_page_column(const RDB_TABLE_OBJECT& table, int64_t page, int column, int64_t first, int64_t last,
+                        const std::function<void(std::string_view)>& visit);
   std::string read_text(int64_t object_id);
   void record_error(const std::string& message);
 

@@ -19,6 +19,9 @@ bool is_digit(char c) { return c >= '0' && c <= '9'; }
 int64_t read_number(const char** text, const char* end, int64_t* length) {
   const char* p = *text;
   int64_t value = 0;
+  // Eighteen digits stay below NUMBER_LIMIT: no check is needed for them.
+  const char* unchecked_end = end - p > 18 ? p + 18 : end;
+  while (p < unchecked_end && is_digit(*p)) value = value * 10 + (*p++ - '0');
   while (p < end && is_digit(*p)) {
     // Checked before multiplying: a run of nineteen digits would overflow.
     const int digit = *p - '0';
@@ -121,16 +124,7 @@ bool lum_compare_lexcmp(const char* a, const char* b) { return gen_lexcmp(a, b) 
 // numbers), its value (put_number) and its digit count (one byte). A key
 // that is a prefix of another sorts first, as a string with characters left
 // over sorts after. Keys are therefore about as long as the cell text.
-void lum_append_sort_key(std::string_view text, std::string* key) {
-  // Worst case per character of text: a one-digit number (tag, header,
-  // value, length) takes four bytes.
-  char small[1024];
-  std::string large;
-  char* begin = small;
-  if (text.size() * 4 + 8 > sizeof small) {
-    large.resize(text.size() * 4 + 8);
-    begin = large.data();
-  }
+size_t lum_write_sort_key(std::string_view text, char* begin) {
   char* out = begin;
   const char* p = text.data();
   const char* end = p + text.size();
@@ -155,7 +149,13 @@ void lum_append_sort_key(std::string_view text, std::string* key) {
     out = put_number(out, value);
     *out++ = static_cast<char>(length);
   }
-  key->append(begin, static_cast<size_t>(out - begin));
+  return static_cast<size_t>(out - begin);
+}
+
+void lum_append_sort_key(std::string_view text, std::string* key) {
+  const size_t old_size = key->size();
+  key->resize(old_size + lum_sort_key_room(text.size()));
+  key->resize(old_size + lum_write_sort_key(text, key->data() + old_size));
 }
 
 void lum_sort_key(std::string_view text, std::string* key) {

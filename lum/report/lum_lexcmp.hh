@@ -17,6 +17,7 @@
 // 10^18, and runs of more than 255 digits count as 255 digits long.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -32,4 +33,8 @@ bool lum_compare_lexcmp(const char* a, const char* b);
 void lum_sort_key(std::string_view text, std::string* key);
 // Appends the sort key of text to *key (for keys packed into one buffer).
 void lum_append_sort_key(std::string_view text, std::string* key);
+// Writes the sort key of text at out, which has room for
+// lum_sort_key_room(text.size()) bytes, and returns its length.
+size_t lum_write_sort_key(std::string_view text, char* out);
+constexpr size_t lum_sort_key_room(size_t text_length) { return text_length * 4 + 8; }
 std::string lum_sort_key(std::string_view text);

@@ -13,9 +13,46 @@
 #include "report/lum_table_source.hh"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
+
+// Sorting a large table fills some hundred megabytes of fresh memory, and
+// first touching a page costs more than the work done on it, above all on
+// virtual machines. Buffers of 4 MB or more therefore come from mappings
+// that the kernel is asked to back with huge pages (one fault per 2 MB
+// instead of per 4 KB); smaller ones from the heap. Elements are
+// default-initialised (a resize does not clear the bytes).
+void* lum_big_allocate(size_t bytes);
+void lum_big_free(void* memory, size_t bytes);
+
+template <typename T>
+struct LUM_BIG_ALLOCATOR {
+  using value_type = T;
+  LUM_BIG_ALLOCATOR() = default;
+  template <typename U>
+  LUM_BIG_ALLOCATOR(const LUM_BIG_ALLOCATOR<U>&) {}
+  T* allocate(size_t n) { return static_cast<T*>(lum_big_allocate(n * sizeof(T))); }
+  void deallocate(T* p, size_t n) { lum_big_free(p, n * sizeof(T)); }
+  template <typename U>
+  void construct(U* p) {
+    ::new (static_cast<void*>(p)) U;
+  }
+  template <typename U, typename... ARGS>
+  void construct(U* p, ARGS&&... args) {
+    ::new (static_cast<void*>(p)) U(std::forward<ARGS>(args)...);
+  }
+  template <typename U>
+  bool operator==(const LUM_BIG_ALLOCATOR<U>&) const {
+    return true;
+  }
+  template <typename U>
+  bool operator!=(const LUM_BIG_ALLOCATOR<U>&) const {
+    return false;
+  }
+};
 
 struct LUM_SORT_ITEM {
   // Key bytes 0-7 and 8-15 after the common prefix, big endian, zero padded.
@@ -27,9 +64,11 @@ struct LUM_SORT_ITEM {
   uint32_t chunk = 0;    // the chunk whose buffer holds the key
 };
 
+using LUM_SORT_ITEMS = std::vector<LUM_SORT_ITEM, LUM_BIG_ALLOCATOR<LUM_SORT_ITEM>>;
+
 struct LUM_SORT_CHUNK {
-  std::string keys;  // the packed keys
-  std::vector<LUM_SORT_ITEM> items;
+  std::vector<char, LUM_BIG_ALLOCATOR<char>> keys;  // the packed keys
+  LUM_SORT_ITEMS items;
 };
 
 // Reads rows first .. last-1 of a source and appends the keys of their cells

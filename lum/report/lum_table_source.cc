@@ -26,6 +26,21 @@ void LUM_TABLE_SOURCE::fetch_column(int64_t first, int count, int column, std::v
     cells->push_back(column >= 0 && column < static_cast<int>(row.cells.size()) ? std::move(row.cells[column]) : std::string());
 }
 
+void LUM_TABLE_SOURCE::visit_column(int64_t first, int count, int column,
+                                    const std::function<void(std::string_view)>& visit) const {
+  std::vector<std::string> cells;
+  fetch_column(first, count, column, &cells);
+  const int64_t rows = std::max<int64_t>(0, std::min<int64_t>(row_count(), first + count) - std::max<int64_t>(0, first));
+  for (int64_t i = 0; i < rows; ++i)
+    visit(i < static_cast<int64_t>(cells.size()) ? std::string_view(cells[static_cast<size_t>(i)]) : std::string_view());
+}
+
+void LUM_RDB_TABLE_SOURCE::visit_column(int64_t first, int count, int column,
+                                        const std::function<void(std::string_view)>& visit) const {
+  if (!m_table || first < 0 || count <= 0) return;
+  m_table->visit_column(first, count, column, visit);
+}
+
 void LUM_RDB_TABLE_SOURCE::fetch_column(int64_t first, int count, int column, std::vector<std::string>* cells) const {
   cells->clear();
   if (!m_table || first < 0 || count <= 0 || first >= row_count()) return;

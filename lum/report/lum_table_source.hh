@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class RDB_REPORT;
@@ -36,6 +37,11 @@ class LUM_TABLE_SOURCE {
   // The texts of one column of rows first .. first+count-1 (clipped; cells a
   // row lacks are empty). Sorting reads only this; the default takes whole rows.
   virtual void fetch_column(int64_t first, int count, int column, std::vector<std::string>* cells) const;
+  // Calls visit with the texts of one column of rows first .. first+count-1
+  // (clipped), one call per row, in order; the texts are valid during the
+  // call only. Sorting reads through this; the default uses fetch_column.
+  virtual void visit_column(int64_t first, int count, int column,
+                            const std::function<void(std::string_view)>& visit) const;
   // The database row index of a row (row 0 of a titled table is row 1 of the database).
   virtual int64_t database_row(int64_t row) const { return row; }
   // A factory for sources that other threads read (the sort reads every
@@ -55,6 +61,9 @@ class LUM_RDB_TABLE_SOURCE : public LUM_TABLE_SOURCE {
   void fetch(int64_t first, int count, std::vector<RDB_TABLE_ROW>* rows) const override;
   // Cell by cell: the database copies out only the one text per row.
   void fetch_column(int64_t first, int count, int column, std::vector<std::string>* cells) const override;
+  // Straight from the file's pages, without copying a text.
+  void visit_column(int64_t first, int count, int column,
+                    const std::function<void(std::string_view)>& visit) const override;
   int64_t database_row(int64_t row) const override { return row + m_first_row; }
   // Opens the database file again (a read-only snapshot of its own) and finds
   // the table by its path. A report that the engine has changed meanwhile

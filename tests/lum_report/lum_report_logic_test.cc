@@ -177,6 +177,41 @@ TEST(LumTableSort, ChunkedSortMatchesAStableSortByTheComparisonInBothDirections)
   }
 }
 
+TEST(LumTableSort, LargeSortsGoThroughBucketsAndStillMatchTheComparison) {
+  // Enough rows for the bucketed sort: a long shared prefix, numbers that
+  // differ only in their low bytes, negative cells, and many equal keys.
+  std::mt19937 random(99);
+  const int count = 300000;
+  std::vector<std::string> cells;
+  cells.reserve(count);
+  for (int i = 0; i < count; ++i) {
+    const unsigned r = static_cast<unsigned>(random());
+    switch (r % 4) {
+      case 0: cells.push_back("u_core/u_alu/reg_" + std::to_string(r % 70000) + "/D"); break;
+      case 1: cells.push_back("u_core/u_alu/reg_" + std::to_string(r % 50) + "[" + std::to_string(r % 7) + "]"); break;
+      case 2: cells.push_back("-" + std::to_string(r % 1000) + "." + std::to_string(r % 10)); break;
+      default: cells.push_back(std::to_string(r % 100000)); break;
+    }
+  }
+  std::vector<RDB_TABLE_ROW> rows;
+  rows.reserve(count);
+  for (const std::string& cell : cells) rows.push_back(RDB_TABLE_ROW{{cell}, {}});
+  const LUM_MEMORY_TABLE_SOURCE source({"A"}, std::move(rows));
+  std::vector<std::string> keys(cells.size());
+  for (size_t i = 0; i < cells.size(); ++i) keys[i] = lum_sort_key(cells[i]);
+  for (bool ascending : {true, false}) {
+    std::vector<LUM_SORT_CHUNK> chunks(1);
+    ASSERT_TRUE(lum_key_rows(source, 0, count, 0, 0, &chunks[0]));
+    const std::vector<uint32_t> order = lum_sort_chunks(chunks, ascending);
+    std::vector<uint32_t> expected(cells.size());
+    for (uint32_t i = 0; i < expected.size(); ++i) expected[i] = i;
+    std::stable_sort(expected.begin(), expected.end(), [&](uint32_t a, uint32_t b) {
+      return ascending ? keys[a] < keys[b] : keys[b] < keys[a];
+    });
+    EXPECT_TRUE(order == expected) << (ascending ? "ascending" : "descending");
+  }
+}
+
 TEST(LumReportRules, PanelNameIsThePartAfterTheFirstSeparator) {
   EXPECT_EQ(lum_panel_name_from_rdb_path("Timing Analyzer||Summary (Setup)"), "Summary (Setup)");
   EXPECT_EQ(lum_panel_name_from_rdb_path("Timing Analyzer||Paths||path 1"), "Paths||path 1");

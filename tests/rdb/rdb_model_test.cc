@@ -215,6 +215,21 @@ TEST_F(RDB_MODEL_TEST, RowsArePagedOnDemandAcrossPageBoundaries) {
   EXPECT_EQ(bare->get_number_of_rows(), 5);
   EXPECT_EQ(bare->get_data(0, 0), "b0");
   EXPECT_EQ(bare->get_data(4, 0), "b4");
+
+  // A column read straight from the pages: data rows, clipped, one visit per
+  // row in order, the colours between the cells skipped; an unknown column
+  // gives empty cells.
+  auto visited = [](const RDB_TABLE_OBJECT* t, int64_t first, int64_t count, int column) {
+    std::vector<std::string> texts;
+    t->visit_column(first, count, column, [&texts](std::string_view text) { texts.emplace_back(text); });
+    return texts;
+  };
+  EXPECT_EQ(visited(table, 2, 7, 1), (std::vector<std::string>{"2", "3", "4", "5", "6", "7", "8"}));
+  EXPECT_EQ(visited(table, 7, 100, 0), (std::vector<std::string>{"r7", "r8", "r9"}));
+  EXPECT_EQ(visited(table, -2, 3, 0), (std::vector<std::string>{"r0"}));
+  EXPECT_EQ(visited(table, 3, 2, 5), (std::vector<std::string>{"", ""}));
+  EXPECT_TRUE(visited(table, 10, 5, 0).empty());
+  EXPECT_EQ(visited(bare, 0, 5, 0), (std::vector<std::string>{"b0", "b1", "b2", "b3", "b4"}));
   EXPECT_EQ(report->get_error(), "");
 }
 
