@@ -266,8 +266,8 @@ void RDB_REPORT::record_error(const std::string& message) {
     m_error = message;
 }
 
-bool RDB_REPORT::read_page(const RDB_TABLE_OBJECT& table, int64_t page,
-                           std::vector<RDB_TABLE_ROW>& rows) {
+bool RDB_REPORT::decode_page_blob(const RDB_TABLE_OBJECT& table, int64_t page,
+                                  const std::function<bool(std::string_view)>& decode) {
   SQL_STATEMENT* query = m_page_query.get();
   try {
     if (table.m_inline_rows && m_inline_query) {
@@ -279,7 +279,8 @@ bool RDB_REPORT::read_page(const RDB_TABLE_OBJECT& table, int64_t page,
       query->bind(1, page_key(table.get_object_id(), page));
     }
     bool found = query->step() && !query->column_is_null(0);
-    bool ok = found && decode_page(query->column_blob(0), table.m_columns.size(), rows);
+    // The blob lives until the reset.
+    bool ok = found && decode(query->column_blob(0));
     query->reset();
     if (!ok)
       record_error(RDB_ERROR(m_file, "the file is damaged (rows of \"" + table.get_path() +
@@ -293,33 +294,18 @@ bool RDB_REPORT::read_page(const RDB_TABLE_OBJECT& table, int64_t page,
   }
 }
 
+bool RDB_REPORT::read_page(const RDB_TABLE_OBJECT& table, int64_t page,
+                           std::vector<RDB_TABLE_ROW>& rows) {
+  return decode_page_blob(table, page, [&](std::string_view blob) {
+    return decode_page(blob, table.m_columns.size(), rows);
+  });
+}
+
 bool RDB_REPORT::read_page_column(const RDB_TABLE_OBJECT& table, int64_t page, int column, int64_t first,
                                   int64_t last, const std::function<void(std::string_view)>& visit) {
-  SQL_STATEMENT* query = m_page_query.get();
-  try {
-    if (table.m_inline_rows && m_inline_query) {
-      query = m_inline_query.get();
-      query->reset();
-      query->bind(1, table.get_object_id());
-    } else {
-      query->reset();
-      query->bind(1, page_key(table.get_object_id(), page));
-    }
-    bool found = query->step() && !query->column_is_null(0);
-    // The texts visited point into the blob, which lives until the reset.
-    bool ok = found && decode_page_column(query->column_blob(0), table.m_columns.size(),
-                                          static_cast<size_t>(column), first, last, visit);
-    query->reset();
-    if (!ok)
-      record_error(RDB_ERROR(m_file, "the file is damaged (rows of \"" + table.get_path() +
-                                         "\" are " + (found ? "malformed" : "missing") + ")")
-                       .what());
-    return ok;
-  } catch (const RDB_ERROR& error) {
-    query->reset();
-    record_error(error.what());
-    return false;
-  }
+  return decode_page_blob(table, page, [&](std::string_view blob) {
+    return decode_page_column(blob, table.m_columns.size(), static_cast<size_t>(column), first, last, visit);
+  });
 }
 
 std::string RDB_REPORT::read_text(int64_t object_id) {

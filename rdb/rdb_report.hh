@@ -87,6 +87,10 @@ private:
   RDB_OBJECT* make_object(int kind);
   // Reads one page of rows; false (and the error recorded) on failure.
   bool read_page(const RDB_TABLE_OBJECT& table, int64_t page, std::vector<RDB_TABLE_ROW>& rows);
+  // Runs decode on a page's blob; false (and the error recorded) when the
+  // page is missing or decode fails.
+  bool decode_page_blob(const RDB_TABLE_OBJECT& table, int64_t page,
+                        const std::function<bool(std::string_view)>& decode);
   // Visits one column of a page's rows first .. last-1 (decode_page_column).
   bool read_page_column(const RDB_TABLE_OBJECT& table, int64_t page, int column, int64_t first, int64_t last,
                         const std::function<void(std::string_view)>& visit);
