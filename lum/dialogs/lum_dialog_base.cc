@@ -11,11 +11,13 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QShortcut>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 #include "dialogs/lum_name_finder_dlg.hh"
 #include "engine/lum_frame_iface.hh"
+#include "engine/lum_help.hh"
 
 namespace {
 
@@ -30,6 +32,16 @@ LUM_DIALOG_BASE::LUM_DIALOG_BASE(QWidget* parent, const QString& title) : QDialo
   setWindowTitle(title);
   setSizeGripEnabled(true);
   setModal(true);
+
+  // F1 opens the dialog's own help page: the constraint dialogs share one
+  // section, a dialog that belongs elsewhere names its page in the property
+  // "help_page" (read when the key is pressed, so constructors may set it).
+  auto* help = new QShortcut(QKeySequence(Qt::Key_F1), this);
+  help->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(help, &QShortcut::activated, this, [this] {
+    const QString page = property("help_page").toString();
+    lum_show_help(page.isEmpty() ? "dialogs#constraints" : page.toStdString());
+  });
 
   auto* outer = new QVBoxLayout(this);
   m_form = new QGridLayout;

@@ -155,6 +155,7 @@ QPointer<LUM_REPORT_TIMING_DLG>& report_timing_dlg() {
 
 LUM_REPORT_TIMING_DLG::LUM_REPORT_TIMING_DLG(QWidget* parent) : LUM_REPORT_OUTPUT_DLG(parent, "Report Timing") {
   setObjectName("LUM_REPORT_TIMING_DLG");
+  setProperty("help_page", "dialogs#reports");
   setModal(false);
   QGridLayout* grid = form();
 
@@ -293,6 +294,7 @@ LUM_REPORT_TIMING_DLG* lum_show_report_timing_dlg(QWidget* parent) {
 LUM_REPORT_NET_TIMING_DLG::LUM_REPORT_NET_TIMING_DLG(QWidget* parent)
     : LUM_DIALOG_BASE(parent, "Report Net Timing") {
   setObjectName("LUM_REPORT_NET_TIMING_DLG");
+  setProperty("help_page", "dialogs#reports");
   add_choice("Worst nets by:", {"&Delay", "Fan-&out"}, &m_fields.mode, "mode");
   m_delay = add_edit("Number by d&elay:", &m_fields.nworst_delay, "nworst_delay");
   m_fanout = add_edit("Number by &fan-out:", &m_fields.nworst_fanout, "nworst_fanout");
@@ -310,6 +312,7 @@ void LUM_REPORT_NET_TIMING_DLG::after_compose() {
 LUM_REPORT_MIN_PULSE_WIDTH_DLG::LUM_REPORT_MIN_PULSE_WIDTH_DLG(QWidget* parent)
     : LUM_REPORT_OUTPUT_DLG(parent, "Report Minimum Pulse Width") {
   setObjectName("LUM_REPORT_MIN_PULSE_WIDTH_DLG");
+  setProperty("help_page", "dialogs#reports");
   add_edit("&Number of rows:", &m_fields.nworst, "nworst");
   add_name_edit("&Targets:", &m_fields.targets, "targets");
   add_output_rows(&m_fields.output);
@@ -321,6 +324,7 @@ LUM_REPORT_MIN_PULSE_WIDTH_DLG::LUM_REPORT_MIN_PULSE_WIDTH_DLG(QWidget* parent)
 LUM_CREATE_SLACK_HISTOGRAM_DLG::LUM_CREATE_SLACK_HISTOGRAM_DLG(QWidget* parent)
     : LUM_DIALOG_BASE(parent, "Create Slack Histogram") {
   setObjectName("LUM_CREATE_SLACK_HISTOGRAM_DLG");
+  setProperty("help_page", "dialogs#reports");
   add_clock_combo("&Clock:", &m_fields.clock_name, "clock_name");
   add_time_edit("Ma&ximum slack:", &m_fields.max_slack, "max_slack");
   add_time_edit("Mi&nimum slack:", &m_fields.min_slack, "min_slack");
@@ -342,6 +346,7 @@ void LUM_CREATE_SLACK_HISTOGRAM_DLG::after_compose() {
 LUM_CREATE_TIMING_NETLIST_DLG::LUM_CREATE_TIMING_NETLIST_DLG(QWidget* parent, const std::vector<std::string>& grades)
     : LUM_DIALOG_BASE(parent, "Create Timing Netlist") {
   setObjectName("LUM_CREATE_TIMING_NETLIST_DLG");
+  setProperty("help_page", "dialogs#reports");
   add_choice("Netlist:", {"Post-&fit", "Post-&route", "Post-&map"}, &m_fields.netlist_kind, "netlist_kind");
   add_choice("Delay model:", {"&Slow", "F&ast"}, &m_fields.delay_model, "delay_model");
   m_grade = new QComboBox(this);
@@ -365,6 +370,7 @@ void LUM_CREATE_TIMING_NETLIST_DLG::after_compose() { m_grade->setEnabled(m_fiel
 
 LUM_ADV_LIST_PATHS_DLG::LUM_ADV_LIST_PATHS_DLG(QWidget* parent) : LUM_DIALOG_BASE(parent, "List Paths") {
   setObjectName("LUM_ADV_LIST_PATHS_DLG");
+  setProperty("help_page", "dialogs#reports");
   add_edit("&From:", &m_fields.from, "from");
   add_edit("&To:", &m_fields.to, "to");
   add_clock_combo("&Clock filter:", &m_fields.clock_filter, "clock_filter");

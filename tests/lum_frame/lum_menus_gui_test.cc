@@ -13,6 +13,8 @@
 
 #include <fstream>
 
+#include "dialogs/lum_clock_dlgs.hh"
+#include "dialogs/lum_report_dlgs.hh"
 #include "engine/lum_console_ctrl.hh"
 #include "engine/lum_console_model.hh"
 #include "engine/lum_help.hh"
@@ -205,6 +207,32 @@ TEST_F(HelpTest, TheStartPageF1AndTheSearchShowTheirPagesInTheReportView) {
   EXPECT_EQ(title(), "Reports");
   EXPECT_FALSE(lum_show_help("no-such-page"));
   EXPECT_EQ(title(), "Help contents");
+
+  // F1 pressed in a dialog: the constraint dialogs' section, or the report
+  // dialogs' section for a report dialog.
+  auto source = [&] {
+    auto* browser = qobject_cast<QTextBrowser*>(m_view->get_target_view_ctrl()->get_page_window());
+    return browser != nullptr ? browser->source().fragment() : QString();
+  };
+  {
+    LUM_CREATE_CLOCK_DLG clock(frame);
+    clock.show();
+    clock.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&clock));
+    QTest::keyClick(&clock, Qt::Key_F1);
+    EXPECT_EQ(title(), "Dialogs");
+    EXPECT_EQ(source(), "constraints");
+  }
+  lum_show_help("index");
+  {
+    LUM_REPORT_NET_TIMING_DLG net(frame);
+    net.show();
+    net.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&net));
+    QTest::keyClick(&net, Qt::Key_F1);
+    EXPECT_EQ(title(), "Dialogs");
+    EXPECT_EQ(source(), "reports");
+  }
 
   // Search Help asks for words; the answer lists the pages that hold them.
   QTimer::singleShot(0, [] {
